@@ -1,0 +1,30 @@
+# What every test is run with. AddressSanitizer refuses any single allocation above 512 MB: a length
+# in a file must not be trusted for one. Qt is not built for ThreadSanitizer, see tests/tsan.supp.
+set(DOCDISPLAY_TEST_ENVIRONMENT
+  "QT_QPA_PLATFORM=offscreen" "TZ=UTC" "LC_ALL=C.UTF-8"
+  "ASAN_OPTIONS=detect_leaks=1:detect_stack_use_after_return=1:max_allocation_size_mb=512"
+  "UBSAN_OPTIONS=print_stacktrace=1"
+  "TSAN_OPTIONS=halt_on_error=1:ignore_noninstrumented_modules=1:suppressions=${PROJECT_SOURCE_DIR}/tests/tsan.supp")
+
+# docdisplay_test_properties(<test> [LABELS <label>...]): for tests that are no Qt Test program too.
+function(docdisplay_test_properties name)
+  cmake_parse_arguments(ARG "" "" "LABELS" ${ARGN})
+  set_tests_properties(${name} PROPERTIES
+    TIMEOUT 300
+    LABELS "${ARG_LABELS}"
+    ENVIRONMENT "${DOCDISPLAY_TEST_ENVIRONMENT}")
+endfunction()
+
+# docdisplay_test(<name> [LABELS <label>...] [SOURCES <file>...] [LIBRARIES <target>...]): the Qt
+# Test program of <name>.cpp, linked to the shared library unless LIBRARIES names another.
+function(docdisplay_test name)
+  cmake_parse_arguments(ARG "" "" "LABELS;SOURCES;LIBRARIES" ${ARGN})
+  if(NOT ARG_LIBRARIES)
+    set(ARG_LIBRARIES docdisplay)
+  endif()
+  add_executable(${name} ${name}.cpp ${ARG_SOURCES})
+  docdisplay_target_defaults(${name} MOC)
+  target_link_libraries(${name} PRIVATE ${ARG_LIBRARIES} Qt5::Test)
+  add_test(NAME ${name} COMMAND ${name})
+  docdisplay_test_properties(${name} LABELS ${ARG_LABELS})
+endfunction()
