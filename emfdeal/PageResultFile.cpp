@@ -1,0 +1,127 @@
+#include "emfdeal/EmfDeal.h"
+#include "emfdeal/PageResultHeader.h"
+
+#include <KxBase/KxLog.h>
+
+#include <QFile>
+
+#include <limits>
+
+namespace {
+
+constexpr char kModule[] = "VPrnt";
+
+// The most that one QByteArray can hold, with room for its own head and the closing NUL.
+constexpr qint64 kMaxByteArray = std::numeric_limits<int>::max() - 64;
+
+// Reads up to `count` bytes, growing with what the file has rather than with what is announced.
+QByteArray readUpTo(QFile &file, quint32 count)
+{
+    constexpr qint64 kStep = 64 * 1024; // for files that do not tell their size
+
+    const qint64 limit = qMin<qint64>(count, kMaxByteArray);
+    QByteArray bytes;
+    while (bytes.size() < limit) {
+        const int have = bytes.size();
+        const qint64 step = qMin(limit - have, qMax(file.size() - file.pos(), kStep));
+        bytes.resize(have + static_cast<int>(step));
+        const qint64 got = file.read(bytes.data() + have, step);
+        bytes.resize(have + static_cast<int>(qMax<qint64>(got, 0)));
+        if (got <= 0)
+            break;
+    }
+    return bytes;
+}
+
+} // namespace
+
+QByteArray EmfDeal::getHeader(int datSize, DocCovRslt::PAGE_FORMAT_DEF picFormat)
+{
+    PageResultHeader header;
+    header.picFormat = picFormat;
+    header.datSize = datSize;
+    return header.toBytes();
+}
+
+QByteArray DocDisplayAddHeader(const QByteArray &data)
+{
+    return EmfDeal::getHeader(data.size(), DocCovRslt::PAGE_FORMAT_JPG) + data;
+}
+
+bool EmfDeal::WriteEmfDealRsltFile(const QString &path, EmfDeal::PageCovrRslt &rslt)
+{
+    QFile file(path);
+    if (!file.open(QIODevice::WriteOnly | QIODevice::Truncate)) {
+        KxBase::KxSDKCommonLog(Kxlogger::LOG_LEVEL_ERROR, kModule,
+                               "CreateEmfDealRsltFile! (err:%d, file:%s)", file.error(),
+                               path.toUtf8().constData());
+        return false;
+    }
+    const QByteArray header = getHeader(rslt.rsltDat.size(), rslt.picFormat);
+    if (file.write(header) < header.size() || file.write(rslt.rsltDat) < rslt.rsltDat.size()) {
+        KxBase::KxSDKCommonLog(Kxlogger::LOG_LEVEL_ERROR, kModule,
+                               "WrtEmfDealRsltFile! (err:%d, file:%s)", file.error(),
+                               path.toUtf8().constData());
+        return false;
+    }
+    file.close();
+    return true;
+}
+
+int EmfDeal::getPicDataFromFile(const QString &path, QByteArray &data)
+{
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly)) {
+        KxBase::KxSDKCommonLog(Kxlogger::LOG_LEVEL_ERROR, kModule,
+                               "IsEmfDealRsltFile, open fialed! (err:%d, file:%s)", file.error(),
+                               path.toUtf8().constData());
+        return DocCovRslt::PAGE_FORMAT_NONE;
+    }
+
+    // A failed read (-1) is no short one: it goes on with the zeros and is refused by the magic.
+    char head[PageResultHeader::kSize] = {};
+    const auto headRead = static_cast<qint32>(file.read(head, sizeof head));
+    if (static_cast<quint32>(headRead) < sizeof head) {
+        KxBase::KxSDKCommonLog(Kxlogger::LOG_LEVEL_ERROR, kModule,
+                               "IsEmfDealRsltFile, file too small! (file:%s, size:%d)",
+                               path.toUtf8().constData(), static_cast<int>(file.size()));
+        return DocCovRslt::PAGE_FORMAT_NONE;
+    }
+    const PageResultHeader header = PageResultHeader::parse(head);
+    if (!header.isPageResultFile()) {
+        KxBase::KxSDKCommonLog(Kxlogger::LOG_LEVEL_ERROR, kModule,
+                               "IsEmfDealRsltFile, file format err! (0x%x,0x%x)", header.magic,
+                               static_cast<unsigned int>(header.version));
+        return DocCovRslt::PAGE_FORMAT_NONE;
+    }
+
+    data = readUpTo(file, static_cast<quint32>(header.datSize));
+    if (data.size() != header.datSize) {
+        KxBase::KxSDKCommonLog(Kxlogger::LOG_LEVEL_ERROR, kModule,
+                               "getPicDataFromFile readSize:%d != headDatSize:%d", data.size(),
+                               header.datSize);
+        return DocCovRslt::PAGE_FORMAT_NONE;
+    }
+    return header.picFormat;
+}
+
+int EmfDeal::decodeEmf(const QString &path, QByteArray &data)
+{
+    const int fmt = getPicDataFromFile(path, data);
+    // The lower bound is compared unsigned: a negative format is handed on for the caller to
+    // refuse.
+    if (fmt > DocCovRslt::PAGE_FORMAT_PNG ||
+        static_cast<quint32>(fmt) < static_cast<quint32>(DocCovRslt::PAGE_FORMAT_JPG)) {
+        KxBase::KxSDKCommonLog(Kxlogger::LOG_LEVEL_ERROR, kModule,
+                               "decodeEmf, picFormat(%d) not support! (file:%s)", fmt,
+                               path.toUtf8().constData());
+        return DocCovRslt::PAGE_FORMAT_NONE;
+    }
+    if (data.size() <= 0) {
+        KxBase::KxSDKCommonLog(Kxlogger::LOG_LEVEL_ERROR, kModule,
+                               "decodeEmf, rsltDat.size <= 0! (file:%s)",
+                               path.toUtf8().constData());
+        return DocCovRslt::PAGE_FORMAT_NONE;
+    }
+    return fmt;
+}

@@ -1,0 +1,42 @@
+#pragma once
+
+#include <QBuffer>
+#include <QFile>
+#include <QImage>
+#include <QTemporaryDir>
+#include <QtEndian>
+
+/// Pictures and page result files made beside the library, for the tests of what reads them.
+namespace PageFiles {
+
+/// A picture of one colour, encoded as "PNG" or "JPG" by Qt.
+inline QByteArray picture(const QColor &colour, const char *format, QSize size = {4, 3})
+{
+    QImage image(size, QImage::Format_RGB32);
+    image.fill(colour);
+    QByteArray bytes;
+    QBuffer buffer(&bytes);
+    if (!buffer.open(QIODevice::WriteOnly) || !image.save(&buffer, format, 100))
+        qFatal("cannot encode the test's picture");
+    return bytes;
+}
+
+/// The bytes of a page result file.
+inline QByteArray pageResultFile(qint32 format, const QByteArray &payload)
+{
+    QByteArray bytes = QByteArray::fromHex("8888888801010000000000000000");
+    qToLittleEndian<qint32>(format, bytes.data() + 6);
+    qToLittleEndian<qint32>(payload.size(), bytes.data() + 10);
+    return bytes + payload;
+}
+
+/// Writes a file of the test and returns its path.
+inline QString write(const QTemporaryDir &dir, const QString &name, const QByteArray &content)
+{
+    QFile file(dir.filePath(name));
+    if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size())
+        qFatal("cannot write the test's file");
+    return file.fileName();
+}
+
+} // namespace PageFiles
