@@ -1,0 +1,10 @@
+# cmake -DNM=… -DLIBRARY=… -P check_no_code_at_load.cmake
+cmake_minimum_required(VERSION 3.16)
+execute_process(COMMAND "${NM}" -C "${LIBRARY}" OUTPUT_VARIABLE output RESULT_VARIABLE failed)
+if(failed OR output STREQUAL "")
+  message(FATAL_ERROR "nm found no symbols in ${LIBRARY}")
+endif()
+string(REGEX MATCHALL "_GLOBAL__sub_I_[^\n]*" constructors "${output}")
+if(constructors)
+  message(FATAL_ERROR "${LIBRARY} runs code when it is loaded: ${constructors}")
+endif()

@@ -1,0 +1,5 @@
+include("${CMAKE_CURRENT_LIST_DIR}/run.cmake")
+run("configuring" "${CMAKE_COMMAND}" -S "${CMAKE_CURRENT_LIST_DIR}/parent" -B "${WORK}"
+    ${same_tools} "-DSOURCE=${SOURCE}" "-DHOST=${HOST}")
+run("building" "${CMAKE_COMMAND}" --build "${WORK}")
+run_host("${WORK}/bin/host")
