@@ -5,11 +5,12 @@
 
 #include <QFile>
 
+#include <array>
 #include <limits>
 
 namespace {
 
-constexpr char kModule[] = "VPrnt";
+constexpr const char *kModule = "VPrnt";
 
 // The most that one QByteArray can hold, with room for its own head and the closing NUL.
 constexpr qint64 kMaxByteArray = std::numeric_limits<int>::max() - 64;
@@ -17,7 +18,7 @@ constexpr qint64 kMaxByteArray = std::numeric_limits<int>::max() - 64;
 // Reads up to `count` bytes, growing with what the file has rather than with what is announced.
 QByteArray readUpTo(QFile &file, quint32 count)
 {
-    constexpr qint64 kStep = 64 * 1024; // for files that do not tell their size
+    constexpr qint64 kStep = 65536; // for files that do not tell their size
 
     const qint64 limit = qMin<qint64>(count, kMaxByteArray);
     QByteArray bytes;
@@ -79,15 +80,15 @@ int EmfDeal::getPicDataFromFile(const QString &path, QByteArray &data)
     }
 
     // A failed read (-1) is no short one: it goes on with the zeros and is refused by the magic.
-    char head[PageResultHeader::kSize] = {};
-    const auto headRead = static_cast<qint32>(file.read(head, sizeof head));
-    if (static_cast<quint32>(headRead) < sizeof head) {
+    std::array<char, PageResultHeader::kSize> head = {};
+    const auto headRead = static_cast<qint32>(file.read(head.data(), head.size()));
+    if (static_cast<quint32>(headRead) < head.size()) {
         KxBase::KxSDKCommonLog(Kxlogger::LOG_LEVEL_ERROR, kModule,
                                "IsEmfDealRsltFile, file too small! (file:%s, size:%d)",
                                path.toUtf8().constData(), static_cast<int>(file.size()));
         return DocCovRslt::PAGE_FORMAT_NONE;
     }
-    const PageResultHeader header = PageResultHeader::parse(head);
+    const PageResultHeader header = PageResultHeader::parse(head.data());
     if (!header.isPageResultFile()) {
         KxBase::KxSDKCommonLog(Kxlogger::LOG_LEVEL_ERROR, kModule,
                                "IsEmfDealRsltFile, file format err! (0x%x,0x%x)", header.magic,

@@ -1,0 +1,80 @@
+#include "DocpageRun.h"
+
+#include <QCryptographicHash>
+#include <QDirIterator>
+
+namespace {
+
+class Process : public QProcess
+{
+public:
+    std::function<void()> prepare;
+
+protected:
+    void setupChildProcess() override
+    {
+        if (prepare)
+            prepare();
+    }
+};
+
+QString describe(const QFileInfo &entry)
+{
+    if (entry.isSymLink())
+        return QStringLiteral(" -> ") + entry.symLinkTarget();
+    if (entry.isDir())
+        return QStringLiteral("/");
+    if (!entry.isFile())
+        return QStringLiteral(" (special)");
+    QFile file(entry.filePath());
+    if (!file.open(QIODevice::ReadOnly))
+        return QStringLiteral(" (unreadable)");
+    QCryptographicHash hash(QCryptographicHash::Md5);
+    hash.addData(&file);
+    return QStringLiteral(" ") + QString::fromLatin1(hash.result().toHex());
+}
+
+} // namespace
+
+Outcome Workplace::run(const QStringList &arguments, const std::function<void()> &prepare,
+                       const QByteArray &locale) const
+{
+    Process process;
+    process.prepare = prepare;
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert(QStringLiteral("LC_ALL"), QString::fromLatin1(locale));
+    process.setProcessEnvironment(environment);
+    process.setWorkingDirectory(dir.path());
+    process.start(QStringLiteral(DOCPAGE_PROGRAM), arguments);
+    const bool hasEnded =
+        process.waitForFinished(60000) && process.exitStatus() == QProcess::NormalExit;
+    return {hasEnded ? process.exitCode() : -1, process.readAllStandardOutput(),
+            process.readAllStandardError()};
+}
+
+void Workplace::write(const QString &name, const QByteArray &content) const
+{
+    QFile file(path(name));
+    if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size())
+        qFatal("cannot write the test's file");
+}
+
+QByteArray Workplace::read(const QString &name) const
+{
+    QFile file(path(name));
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("(cannot be read)");
+}
+
+QStringList Workplace::entries() const
+{
+    QStringList entries;
+    QDirIterator at(dir.path(),
+                    QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot,
+                    QDirIterator::Subdirectories);
+    while (at.hasNext()) {
+        at.next();
+        entries << QDir(dir.path()).relativeFilePath(at.filePath()) + describe(at.fileInfo());
+    }
+    entries.sort();
+    return entries;
+}

@@ -1,0 +1,1221 @@
+#include "DocpageRun.h"
+#include "TinyPictures.h"
+
+#include <QElapsedTimer>
+#include <QImage>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QRegularExpression>
+#include <QTextCodec>
+#include <QtTest>
+
+#include <csignal>
+#include <cstdlib>
+#include <memory>
+
+#include <fcntl.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+#define HAS_BIG_ADDRESS_SPACE
+#elif defined(__has_feature)
+#if __has_feature(address_sanitizer) || __has_feature(thread_sanitizer)
+#define HAS_BIG_ADDRESS_SPACE
+#endif
+#endif
+
+namespace {
+
+const char kPngHeader[] = "88 88 88 88 01 01 04 00 00 00 49 00 00 00";
+const char kJpgHeader[] = "88 88 88 88 01 01 02 00 00 00 a0 00 00 00";
+const char kSlideHeader[] = "88 88 88 88 01 01 03 00 00 00 05 00 00 00";
+
+QByteArray hex(const char *bytes)
+{
+    return QByteArray::fromHex(bytes);
+}
+
+QString text(const char *utf8)
+{
+    return QString::fromUtf8(utf8);
+}
+
+// The words of a command line, separated by blanks.
+QStringList words(const char *line)
+{
+    return text(line).split(QLatin1Char(' '), Qt::SkipEmptyParts);
+}
+
+QByteArray pngPage()
+{
+    return hex(kPngHeader) + TinyPictures::png();
+}
+
+QByteArray jpgPage()
+{
+    return hex(kJpgHeader) + TinyPictures::jpg();
+}
+
+QByteArray slidePage()
+{
+    return hex(kSlideHeader) + "slide";
+}
+
+// A JPG page whose picture has the given bytes.
+QByteArray jpgPageOf(const QByteArray &picture)
+{
+    QByteArray header = hex(kJpgHeader);
+    header[10] = static_cast<char>(picture.size());
+    return header + picture;
+}
+
+bool isRoot()
+{
+    return ::geteuid() == 0;
+}
+
+// For the child: writing more than `bytes` into a file fails, as on a full disk.
+std::function<void()> limitFileSize(rlim_t bytes)
+{
+    return [bytes] {
+        const rlimit limit = {bytes, bytes};
+        ::setrlimit(RLIMIT_FSIZE, &limit);
+        std::signal(SIGXFSZ, SIG_IGN);
+    };
+}
+
+} // namespace
+
+/// The program, run as a user runs it.
+class TestDocpage : public QObject
+{
+    Q_OBJECT
+
+private:
+    std::unique_ptr<Workplace> place;
+
+    /// Runs a command that has to fail as told, and leaves everything as it was.
+    void verifyFails(const QStringList &arguments, int status, const QByteArray &err,
+                     const QByteArray &out = {})
+    {
+        const QStringList before = place->entries();
+        const Outcome outcome = place->run(arguments);
+        QCOMPARE(outcome.err, err);
+        QCOMPARE(outcome.out, out);
+        QCOMPARE(outcome.status, status);
+        QCOMPARE(place->entries(), before);
+    }
+
+    /// Runs a command that has to succeed and to print `out` only.
+    void verifyDoes(const QStringList &arguments, const QByteArray &out = {})
+    {
+        const Outcome outcome = place->run(arguments);
+        QCOMPARE(outcome.err, QByteArray());
+        QCOMPARE(outcome.out, out);
+        QCOMPARE(outcome.status, 0);
+    }
+
+private Q_SLOTS:
+    void initTestCase();
+    void init();
+
+    void help_data();
+    void help();
+    void version();
+    void wrongUsage_data();
+    void wrongUsage();
+    void manPageHasEverything();
+
+    void badInput_data();
+    void badInput();
+    void badPageFile_data();
+    void badPageFile();
+    void hugeAnnouncementIsCheap();
+    void badOutput_data();
+    void badOutput();
+    void inputIsNeverReplaced_data();
+    void inputIsNeverReplaced();
+    void fullDisk_data();
+    void fullDisk();
+    void fullStandardOutput();
+    void outputIsReplacedOnlyWithForce_data();
+    void outputIsReplacedOnlyWithForce();
+    void linkIsReplacedItself();
+    void outputHasOrdinaryPermissions_data();
+    void outputHasOrdinaryPermissions();
+    void oneOfManyAtOnceWins();
+
+    void wrap();
+    void wrapGoesByContent();
+    void wrapKeepsNumbersOfFailedPicturesFree();
+    void wrapRefuses_data();
+    void wrapRefuses();
+    void wrapRefusesTooLarge();
+    void wrapMakesFolders_data();
+    void wrapMakesFolders();
+    void wrapFolderFails_data();
+    void wrapFolderFails();
+    void wrapOverItsInputs();
+    void progressOnTerminal_data();
+    void progressOnTerminal();
+    void progressIsRateLimited();
+
+    void info_data();
+    void info();
+    void infoJson();
+    void infoHandlesOthers();
+
+    void unwrap_data();
+    void unwrap();
+
+    void renderPixels_data();
+    void renderPixels();
+    void renderTakesFilesOfFolder();
+    void renderOutOfRange_data();
+    void renderOutOfRange();
+    void renderRefuses_data();
+    void renderRefuses();
+
+    void namesOfAllKinds_data();
+    void namesOfAllKinds();
+    void roundTrip();
+};
+
+void TestDocpage::initTestCase()
+{
+    QTextCodec::setCodecForLocale(QTextCodec::codecForName("UTF-8"));
+    ::umask(022);
+}
+
+void TestDocpage::init()
+{
+    place = std::make_unique<Workplace>();
+    place->write(text("red.png"), TinyPictures::png());
+    place->write(text("grey.jpg"), TinyPictures::jpg());
+    place->write(text("png_page"), pngPage());
+    place->write(text("jpg_page"), jpgPage());
+    place->write(text("slide_page"), slidePage());
+}
+
+void TestDocpage::help_data()
+{
+    QTest::addColumn<QStringList>("arguments");
+    QTest::addColumn<QByteArray>("begin");
+    QTest::addColumn<QStringList>("mentions");
+
+    const auto row = [](const char *arguments, const char *begin, const char *mentions) {
+        QTest::newRow(arguments) << words(arguments) << QByteArray(begin) << words(mentions);
+    };
+    const char program[] = "Usage: docpage COMMAND ...\n\nMakes, examines and renders";
+    const char commands[] = "wrap info unwrap render --help --version";
+    row("--help", program, commands);
+    row("-h", program, commands);
+    row("--help wrap", program, commands);
+    const char wrap[] =
+        "Usage: docpage wrap PICTURE... -o DIR [--force]\n\nMakes page result files";
+    row("wrap --help", wrap, "-h --help -o --output <DIR> --force PICTURE");
+    row("wrap -h", wrap, "-h --help -o --output <DIR> --force PICTURE");
+    row("wrap nothing --bogus --help", wrap, "--help");
+    row("info --help", "Usage: docpage info [--json] FILE...\n\nTells of each page result file",
+        "-h --help --json FILE");
+    row("unwrap --help", "Usage: docpage unwrap FILE -o OUT [--force]\n\nSaves the payload",
+        "-h --help -o --output <OUT> --force FILE");
+    row("render --help",
+        "Usage: docpage render DOCUMENT... -o OUT.png [--page N] [--force]\n\nSaves one page",
+        "-h --help -o --output <OUT.png> --force --page <N> DOCUMENT");
+}
+
+void TestDocpage::help()
+{
+    QFETCH(QStringList, arguments);
+    QFETCH(QByteArray, begin);
+    QFETCH(QStringList, mentions);
+    const Outcome outcome = place->run(arguments);
+    QCOMPARE(outcome.err, QByteArray());
+    QCOMPARE(outcome.status, 0);
+    QCOMPARE(outcome.out.left(begin.size()), begin);
+    QVERIFY(outcome.out.endsWith('\n'));
+    for (const QByteArray &line : outcome.out.split('\n'))
+        QVERIFY2(line.size() < 80, line.constData());
+    const QStringList found =
+        text(outcome.out.constData()).split(QRegularExpression(text("[\\s,]+")));
+    for (const QString &mention : mentions)
+        QVERIFY2(found.contains(mention), qPrintable(mention));
+}
+
+void TestDocpage::version()
+{
+    verifyDoes({text("--version")}, "docpage " DOCPAGE_VERSION "\n");
+}
+
+void TestDocpage::wrongUsage_data()
+{
+    QTest::addColumn<QStringList>("arguments");
+    QTest::addColumn<QByteArray>("err");
+
+    const auto row = [](const char *arguments, const char *message, const char *help) {
+        QTest::newRow(*arguments ? arguments : "(nothing)")
+            << words(arguments)
+            << QByteArray("docpage: ") + message + "\nTry '" + help + " --help'.\n";
+    };
+    row("", "No command given.", "docpage");
+    row("bogus", "Unknown command 'bogus'.", "docpage");
+    row("bogus --json", "Unknown command 'bogus'.", "docpage");
+    row("Wrap", "Unknown command 'Wrap'.", "docpage");
+    row("--bogus", "Unknown option 'bogus'.", "docpage");
+    row("--force wrap red.png -o new", "Unknown option 'force'.", "docpage");
+    row("wrap", "No PICTURE given.", "docpage wrap");
+    row("wrap -o new", "No PICTURE given.", "docpage wrap");
+    row("wrap red.png", "No output given, -o DIR is missing.", "docpage wrap");
+    row("wrap red.png -o", "Missing value after '-o'.", "docpage wrap");
+    row("wrap red.png --output=", "No output given, -o DIR is missing.", "docpage wrap");
+    row("wrap red.png -o new --bogus", "Unknown option 'bogus'.", "docpage wrap");
+    row("wrap red.png -o new --json", "Unknown option 'json'.", "docpage wrap");
+    row("wrap red.png -o new --force=yes", "Unexpected value after '--force'.", "docpage wrap");
+    row("info", "No FILE given.", "docpage info");
+    row("info --json", "No FILE given.", "docpage info");
+    row("info png_page -o new", "Unknown option 'o'.", "docpage info");
+    row("unwrap", "No FILE given.", "docpage unwrap");
+    row("unwrap png_page", "No output given, -o OUT is missing.", "docpage unwrap");
+    row("unwrap png_page jpg_page -o new", "More than one FILE given.", "docpage unwrap");
+    row("render", "No DOCUMENT given.", "docpage render");
+    row("render png_page", "No output given, -o OUT.png is missing.", "docpage render");
+    row("render png_page -o new", "The output 'new' does not end in .png.", "docpage render");
+    row("render png_page -o new.jpg", "The output 'new.jpg' does not end in .png.",
+        "docpage render");
+    row("render png_page -o new.png --page", "Missing value after '--page'.", "docpage render");
+    row("render png_page -o new.png --page x", "'x' is no page number.", "docpage render");
+    row("render png_page -o new.png --page=", "'' is no page number.", "docpage render");
+    row("render png_page -o new.png --page -1", "'-1' is no page number.", "docpage render");
+    row("render png_page -o new.png --page 1.5", "'1.5' is no page number.", "docpage render");
+    row("render png_page -o new.png --page 4294967296", "'4294967296' is no page number.",
+        "docpage render");
+}
+
+void TestDocpage::wrongUsage()
+{
+    QFETCH(QStringList, arguments);
+    QFETCH(QByteArray, err);
+    verifyFails(arguments, 2, err);
+}
+
+void TestDocpage::manPageHasEverything()
+{
+    QFile file(QStringLiteral(DOCPAGE_MAN_PAGE));
+    QVERIFY(file.open(QIODevice::ReadOnly));
+    const QString page = QString::fromUtf8(file.readAll()).replace(text("\\-"), text("-"));
+    QVERIFY(page.contains(text("\"DocDisplay " DOCPAGE_VERSION "\"")));
+
+    const QRegularExpression option(text("(?<![\\w-])--?[a-z][a-z]*"));
+    const auto optionsIn = [&](const QString &where) {
+        QSet<QString> options;
+        for (auto match = option.globalMatch(where); match.hasNext();)
+            options.insert(match.next().captured());
+        return options;
+    };
+    QString help = QString::fromUtf8(place->run({text("--help")}).out);
+    const QString list = help.section(text("Commands:\n"), 1).section(text("\n\n"), 0, 0);
+    const QStringList lines = list.split(QLatin1Char('\n'));
+    QCOMPARE(lines.size(), 4);
+    for (const QString &line : lines) {
+        const QString command = line.simplified().section(QLatin1Char(' '), 0, 0);
+        const QString its = QString::fromUtf8(place->run({command, text("--help")}).out);
+        const QString usage = its.section(QLatin1Char('\n'), 0, 0).mid(7);
+        QString heading = page.section(text(".SS docpage ") + command, 1);
+        heading.truncate(heading.indexOf(QLatin1Char('\n')));
+        heading.remove(QRegularExpression(text("\\\\f[IP]")));
+        heading.prepend(text("docpage ") + command);
+        QCOMPARE(heading, usage);
+        help += its;
+    }
+    QCOMPARE(optionsIn(page.section(text(".SH OPTIONS"), 1).section(text(".SH JSON"), 0, 0)),
+             optionsIn(help));
+}
+
+void TestDocpage::badInput_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<QByteArray>("fault");
+
+    QTest::newRow("missing") << text("missing") << QByteArray("No such file or directory");
+    QTest::newRow("no name") << QString() << QByteArray("No file name specified");
+    QTest::newRow("empty") << text("empty") << QByteArray("empty file");
+    QTest::newRow("folder") << text("folder") << QByteArray("is a directory");
+    QTest::newRow("pipe") << text("pipe") << QByteArray("not a regular file");
+    QTest::newRow("device") << text("/dev/null") << QByteArray("not a regular file");
+    QTest::newRow("endless device") << text("/dev/zero") << QByteArray("not a regular file");
+    QTest::newRow("memory of the process")
+        << text("/proc/self/mem") << QByteArray("not a regular file");
+    QTest::newRow("file of the kernel")
+        << text("/proc/self/status") << QByteArray("not a regular file");
+    QTest::newRow("link to nowhere") << text("nowhere") << QByteArray("No such file or directory");
+    QTest::newRow("link to itself")
+        << text("loop") << QByteArray("Too many levels of symbolic links");
+    QTest::newRow("below a file") << text("red.png/page") << QByteArray("Not a directory");
+    QTest::newRow("name of 256 bytes")
+        << QString(256, QLatin1Char('n')) << QByteArray("File name too long");
+    if (!isRoot())
+        QTest::newRow("unreadable") << text("unreadable") << QByteArray("Permission denied");
+}
+
+void TestDocpage::badInput()
+{
+    QFETCH(QString, name);
+    QFETCH(QByteArray, fault);
+    place->write(text("empty"), {});
+    QVERIFY(QDir(place->path({})).mkdir(text("folder")));
+    QCOMPARE(::mkfifo(QFile::encodeName(place->path(text("pipe"))).constData(), 0600), 0);
+    QVERIFY(QFile::link(text("gone"), place->path(text("nowhere"))));
+    QVERIFY(QFile::link(text("loop"), place->path(text("loop"))));
+    place->write(text("unreadable"), pngPage());
+    QVERIFY(QFile::setPermissions(place->path(text("unreadable")), QFile::WriteOwner));
+
+    const QByteArray line = "docpage: " + name.toUtf8() + ": " + fault + '\n';
+    verifyFails({text("info"), name}, 1, line);
+    verifyFails({text("unwrap"), name, text("-o"), text("new")}, 1, line);
+    if (fault != "is a directory") // which is a document
+        verifyFails({text("render"), name, text("-o"), text("new.png")}, 1, line);
+    verifyFails({text("render"), name, text("png_page"), text("-o"), text("new.png")}, 1, line);
+    verifyFails({text("wrap"), name, text("-o"), text("new")}, 1, line,
+                "0 page result files in new\n");
+}
+
+void TestDocpage::badPageFile_data()
+{
+    QTest::addColumn<QByteArray>("content");
+    QTest::addColumn<QByteArray>("fault");
+
+    const auto row = [](const char *name, const QByteArray &content, const char *fault) {
+        QTest::newRow(name) << content << QByteArray(fault);
+    };
+    const QByteArray payload60(60, 'p');
+    const char foreign[] = "not a page result file: it does not begin with 88 88 88 88";
+    row("picture", TinyPictures::png(), foreign);
+    row("text", "This is a text of more than 14 bytes.", foreign);
+    row("byte of the magic number changed", hex("88 88 88 89 01 01 04 00 00 00 01 00 00 00 00"),
+        foreign);
+    row("one byte", "\x88", "not a page result file: too short for its header (1 of 14 bytes)");
+    row("13 bytes of a header", hex("88 88 88 88 01 01 04 00 00 00 01 00 00"),
+        "not a page result file: too short for its header (13 of 14 bytes)");
+    row("version 0x0102", hex("88 88 88 88 02 01 04 00 00 00 01 00 00 00 00"),
+        "unknown version 0x0102 of a page result file");
+    row("version 0", hex("88 88 88 88 00 00 04 00 00 00 01 00 00 00 00"),
+        "unknown version 0x0000 of a page result file");
+    row("format 0", hex("88 88 88 88 01 01 00 00 00 00 01 00 00 00 00"), "unsupported format 0");
+    row("format 1", hex("88 88 88 88 01 01 01 00 00 00 01 00 00 00 00"), "unsupported format 1");
+    row("format 5", hex("88 88 88 88 01 01 05 00 00 00 01 00 00 00 00"), "unsupported format 5");
+    row("format 6", hex("88 88 88 88 01 01 06 00 00 00 01 00 00 00 00"), "unsupported format 6");
+    row("format -1", hex("88 88 88 88 01 01 ff ff ff ff 01 00 00 00 00"), "unsupported format -1");
+    row("format -2147483648", hex("88 88 88 88 01 01 00 00 00 80 01 00 00 00 00"),
+        "unsupported format -2147483648");
+    row("no payload", hex("88 88 88 88 01 01 04 00 00 00 00 00 00 00"), "empty payload");
+    row("payload of 0 bytes, others follow", hex("88 88 88 88 01 01 04 00 00 00 00 00 00 00 00"),
+        "empty payload");
+    row("payload of -1 bytes", hex("88 88 88 88 01 01 04 00 00 00 ff ff ff ff") + payload60,
+        "corrupt: the header announces -1 payload bytes");
+    row("60 of 100 bytes", hex("88 88 88 88 01 01 04 00 00 00 64 00 00 00") + payload60,
+        "truncated: the header announces 100 payload bytes, 60 are there");
+    row("0 of 1 bytes", hex("88 88 88 88 01 01 03 00 00 00 01 00 00 00"),
+        "truncated: the header announces 1 payload bytes, 0 are there");
+    row("last byte missing", pngPage().chopped(1),
+        "truncated: the header announces 73 payload bytes, 72 are there");
+    row("60 of 2147483647 bytes", hex("88 88 88 88 01 01 02 00 00 00 ff ff ff 7f") + payload60,
+        "truncated: the header announces 2147483647 payload bytes, 60 are there");
+}
+
+void TestDocpage::badPageFile()
+{
+    QFETCH(QByteArray, content);
+    QFETCH(QByteArray, fault);
+    place->write(text("bad"), content);
+
+    const QByteArray line = "docpage: bad: " + fault + '\n';
+    verifyFails(words("info bad"), 1, line);
+    verifyFails(words("info --json bad"), 1, line,
+                "[\n"
+                "    {\n"
+                "        \"error\": \"" +
+                    fault +
+                    "\",\n"
+                    "        \"file\": \"bad\"\n"
+                    "    }\n"
+                    "]\n");
+    verifyFails(words("unwrap bad -o new"), 1, line);
+    verifyFails(words("render bad -o new.png"), 1, line);
+}
+
+void TestDocpage::hugeAnnouncementIsCheap()
+{
+    place->write(text("bad"), hex("88 88 88 88 01 01 02 00 00 00 ff ff ff 7f") + "payload");
+    const auto limitMemory = [] {
+#ifndef HAS_BIG_ADDRESS_SPACE
+        const rlimit limit = {512 << 20, 512 << 20};
+        ::setrlimit(RLIMIT_AS, &limit);
+#endif
+    };
+    QElapsedTimer timer;
+    timer.start();
+    QCOMPARE(place->run(words("info bad"), limitMemory).status, 1);
+    QCOMPARE(place->run(words("unwrap bad -o new"), limitMemory).status, 1);
+    QCOMPARE(place->run(words("render bad -o new.png"), limitMemory).status, 1);
+    QVERIFY(timer.elapsed() < 3000);
+}
+
+void TestDocpage::badOutput_data()
+{
+    QTest::addColumn<QString>("out");
+    QTest::addColumn<QByteArray>("fault");
+    QTest::addColumn<QByteArray>("faultWithForce");
+
+    const auto row = [](const char *name, const QString &out, const char *fault,
+                        const char *faultWithForce) {
+        QTest::newRow(name) << out << QByteArray(fault) << QByteArray(faultWithForce);
+    };
+    row("folder", text("folder.png"), "is a directory", "is a directory");
+    row("link to a folder", text("link.png"), "is a directory", "is a directory");
+    row("pipe", text("pipe.png"), "already exists; use --force to replace it",
+        "not a regular file");
+    row("missing folder", text("gone/new.png"), "No such file or directory",
+        "No such file or directory");
+    row("below a file", text("red.png/new.png"), "Not a directory", "Not a directory");
+    row("name of 259 bytes", QString(255, QLatin1Char('n')) + text(".png"), "File name too long",
+        "File name too long");
+    if (!isRoot())
+        row("folder that cannot be written", text("closed/new.png"), "Permission denied",
+            "Permission denied");
+}
+
+void TestDocpage::badOutput()
+{
+    QFETCH(QString, out);
+    QFETCH(QByteArray, fault);
+    QFETCH(QByteArray, faultWithForce);
+    QVERIFY(QDir(place->path({})).mkdir(text("folder.png")));
+    QVERIFY(QFile::link(text("folder.png"), place->path(text("link.png"))));
+    QCOMPARE(::mkfifo(QFile::encodeName(place->path(text("pipe.png"))).constData(), 0600), 0);
+    QVERIFY(QDir(place->path({})).mkdir(text("closed")));
+    QVERIFY(QFile::setPermissions(place->path(text("closed")), QFile::ReadOwner | QFile::ExeOwner));
+
+    const QByteArray begin = "docpage: " + out.toUtf8() + ": ";
+    for (const char *command : {"unwrap", "render"}) {
+        const QStringList arguments = {text(command), text("png_page"), text("-o"), out};
+        verifyFails(arguments, 1, begin + fault + '\n');
+        verifyFails(arguments + words("--force"), 1, begin + faultWithForce + '\n');
+    }
+}
+
+void TestDocpage::inputIsNeverReplaced_data()
+{
+    QTest::addColumn<QStringList>("arguments");
+    QTest::addColumn<QByteArray>("out"); // as the line names it
+    QTest::addColumn<QByteArray>("printed");
+
+    const auto row = [](const char *arguments, const char *out, const char *printed = "") {
+        QTest::newRow(arguments) << words(arguments) << QByteArray(out) << QByteArray(printed);
+    };
+    row("unwrap png_page -o png_page", "png_page");
+    row("unwrap png_page -o ./png_page", "./png_page");
+    row("unwrap png_page -o doc/../png_page", "doc/../png_page");
+    row("unwrap png_page -o link.png", "link.png");
+    row("unwrap link.png -o png_page", "png_page");
+    row("render link.png -o link.png", "link.png");
+    row("render doc -o doc/page_1.png", "doc/page_1.png");
+    row("render doc -o samedoc/page_0.png", "samedoc/page_0.png");
+    row("render doc/page_1.png doc/page_0.png -o doc/page_0.png", "doc/page_0.png");
+    row("wrap pictures/page_0 -o pictures", "pictures/page_0", "0 page result files in pictures\n");
+}
+
+void TestDocpage::inputIsNeverReplaced()
+{
+    QFETCH(QStringList, arguments);
+    QFETCH(QByteArray, out);
+    QFETCH(QByteArray, printed);
+    QVERIFY(QFile::link(text("png_page"), place->path(text("link.png"))));
+    QVERIFY(QDir(place->path({})).mkdir(text("doc")));
+    QVERIFY(QFile::link(text("doc"), place->path(text("samedoc"))));
+    place->write(text("doc/page_0.png"), pngPage());
+    place->write(text("doc/page_1.png"), jpgPage());
+    QVERIFY(QDir(place->path({})).mkdir(text("pictures")));
+    place->write(text("pictures/page_0"), TinyPictures::png());
+
+    const QByteArray line = "docpage: " + out + ": would replace an input\n";
+    verifyFails(arguments, 1, line, printed);
+    verifyFails(arguments + words("--force"), 1, line, printed);
+}
+
+void TestDocpage::fullDisk_data()
+{
+    QTest::addColumn<QStringList>("arguments");
+    QTest::addColumn<QByteArray>("err");
+    QTest::addColumn<QByteArray>("out");
+
+    const auto row = [](const char *arguments, const char *file, const char *out = "") {
+        QTest::newRow(arguments) << words(arguments)
+                                 << QByteArray("docpage: ") + file + ": File too large\n"
+                                 << QByteArray(out);
+    };
+    row("wrap red.png -o folder", "folder/page_0", "0 page result files in folder\n");
+    row("unwrap png_page -o new", "new");
+    row("unwrap png_page -o old --force", "old");
+    row("render png_page -o new.png", "new.png");
+}
+
+void TestDocpage::fullDisk()
+{
+    QFETCH(QStringList, arguments);
+    QFETCH(QByteArray, err);
+    QFETCH(QByteArray, out);
+    QVERIFY(QDir(place->path({})).mkdir(text("folder")));
+    place->write(text("old"), "old content");
+    const QStringList before = place->entries();
+    const Outcome outcome = place->run(arguments, limitFileSize(40));
+    QCOMPARE(outcome.err, err);
+    QCOMPARE(outcome.out, out);
+    QCOMPARE(outcome.status, 1);
+    QCOMPARE(place->entries(), before);
+}
+
+void TestDocpage::fullStandardOutput()
+{
+    const Outcome outcome = place->run(words("info png_page"), [] {
+        ::dup2(::open("/dev/full", O_WRONLY | O_CLOEXEC), STDOUT_FILENO);
+    });
+    QCOMPARE(outcome.err, QByteArray("docpage: standard output: No space left on device\n"));
+    QCOMPARE(outcome.status, 1);
+}
+
+void TestDocpage::outputIsReplacedOnlyWithForce_data()
+{
+    QTest::addColumn<QStringList>("arguments");
+    QTest::addColumn<QString>("out");
+    QTest::addColumn<QByteArray>("printedOnFailure");
+    QTest::addColumn<QByteArray>("printed");
+
+    QTest::newRow("wrap") << words("wrap red.png -o folder") << text("folder/page_0")
+                          << QByteArray("0 page result files in folder\n")
+                          << QByteArray("1 page result file in folder\n");
+    QTest::newRow("unwrap") << words("unwrap png_page -o old") << text("old") << QByteArray()
+                            << QByteArray();
+    QTest::newRow("render") << words("render png_page -o old.png") << text("old.png")
+                            << QByteArray() << QByteArray();
+    QTest::newRow("unwrap over a link to nowhere")
+        << words("unwrap png_page -o nowhere") << text("nowhere") << QByteArray() << QByteArray();
+}
+
+void TestDocpage::outputIsReplacedOnlyWithForce()
+{
+    QFETCH(QStringList, arguments);
+    QFETCH(QString, out);
+    QFETCH(QByteArray, printedOnFailure);
+    QFETCH(QByteArray, printed);
+    QVERIFY(QDir(place->path({})).mkdir(text("folder")));
+    QVERIFY(QFile::link(text("gone"), place->path(text("nowhere"))));
+    for (const char *old : {"folder/page_0", "old", "old.png"})
+        place->write(text(old), "old content");
+
+    verifyFails(arguments, 1,
+                "docpage: " + out.toUtf8() + ": already exists; use --force to replace it\n",
+                printedOnFailure);
+    const int count = place->entries().size();
+    verifyDoes(arguments + words("--force"), printed);
+    QVERIFY(place->read(out) != "old content");
+    QVERIFY(!QFileInfo(place->path(out)).isSymLink());
+    QCOMPARE(place->entries().size(), count);
+}
+
+void TestDocpage::linkIsReplacedItself()
+{
+    place->write(text("target"), "content");
+    QVERIFY(QFile::link(text("target"), place->path(text("link"))));
+    verifyDoes(words("unwrap png_page -o link --force"));
+    QVERIFY(!QFileInfo(place->path(text("link"))).isSymLink());
+    QCOMPARE(place->read(text("link")), TinyPictures::png());
+    QCOMPARE(place->read(text("target")), QByteArray("content"));
+}
+
+void TestDocpage::outputHasOrdinaryPermissions_data()
+{
+    QTest::addColumn<uint>("mask");
+    QTest::addColumn<uint>("permissions");
+    QTest::newRow("umask 022") << 022U << 0644U;
+    QTest::newRow("umask 077") << 077U << 0600U;
+    QTest::newRow("umask 002") << 002U << 0664U;
+}
+
+void TestDocpage::outputHasOrdinaryPermissions()
+{
+    QFETCH(uint, mask);
+    QFETCH(uint, permissions);
+    const auto setMask = [mask] { ::umask(mask); };
+    QCOMPARE(place->run(words("wrap red.png -o ."), setMask).status, 0);
+    QCOMPARE(place->run(words("unwrap png_page -o new"), setMask).status, 0);
+    QCOMPARE(place->run(words("unwrap png_page -o jpg_page --force"), setMask).status, 0);
+    QCOMPARE(place->run(words("render png_page -o new.png"), setMask).status, 0);
+    for (const char *name : {"page_0", "new", "jpg_page", "new.png"}) {
+        struct stat file = {};
+        QCOMPARE(::stat(QFile::encodeName(place->path(text(name))).constData(), &file), 0);
+        QCOMPARE(uint(file.st_mode) & 07777U, permissions);
+    }
+}
+
+void TestDocpage::oneOfManyAtOnceWins()
+{
+    const int before = place->entries().size();
+    std::vector<std::unique_ptr<QProcess>> runs;
+    for (int i = 0; i < 8; ++i) {
+        auto process = std::make_unique<QProcess>();
+        process->setWorkingDirectory(place->path({}));
+        process->start(QStringLiteral(DOCPAGE_PROGRAM), words("unwrap png_page -o new"));
+        runs.push_back(std::move(process));
+    }
+    int done = 0;
+    for (const auto &process : runs) {
+        QVERIFY(process->waitForFinished());
+        done += process->exitCode() == 0;
+    }
+    QCOMPARE(done, 1);
+    QCOMPARE(place->read(text("new")), TinyPictures::png());
+    QCOMPARE(place->entries().size(), before + 1);
+}
+
+void TestDocpage::wrap()
+{
+    const QStringList before = place->entries();
+    verifyDoes(words("wrap red.png grey.jpg red.png -o new"), "3 page result files in new\n");
+    QCOMPARE(place->read(text("new/page_0")), pngPage());
+    QCOMPARE(place->read(text("new/page_1")), jpgPage());
+    QCOMPARE(place->read(text("new/page_2")), pngPage());
+    for (const char *made : {"new/page_0", "new/page_1", "new/page_2"})
+        QVERIFY(QFile::remove(place->path(text(made))));
+    QVERIFY(QDir(place->path({})).rmdir(text("new"))); // nothing else is in it
+    QCOMPARE(place->entries(), before);                // and the inputs are as they were
+}
+
+void TestDocpage::wrapGoesByContent()
+{
+    place->write(text("named.jpg"), TinyPictures::png());
+    place->write(text("unnamed"), TinyPictures::jpg() + "more");
+    verifyDoes(words("wrap named.jpg unnamed -o new"), "2 page result files in new\n");
+    QCOMPARE(place->read(text("new/page_0")), pngPage());
+    QCOMPARE(place->read(text("new/page_1")), // what follows the picture is kept
+             hex("88 88 88 88 01 01 02 00 00 00 a4 00 00 00") + TinyPictures::jpg() + "more");
+}
+
+void TestDocpage::wrapKeepsNumbersOfFailedPicturesFree()
+{
+    const Outcome outcome = place->run(words("wrap missing red.png png_page grey.jpg gone -o new"));
+    QCOMPARE(outcome.err, QByteArray("docpage: missing: No such file or directory\n"
+                                     "docpage: png_page: neither a JPG nor a PNG picture\n"
+                                     "docpage: gone: No such file or directory\n"));
+    QCOMPARE(outcome.out, QByteArray("2 page result files in new\n"));
+    QCOMPARE(outcome.status, 1);
+    QCOMPARE(QDir(place->path(text("new")))
+                 .entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot),
+             words("page_1 page_3"));
+    QCOMPARE(place->read(text("new/page_1")), pngPage());
+    QCOMPARE(place->read(text("new/page_3")), jpgPage());
+}
+
+void TestDocpage::wrapRefuses_data()
+{
+    QTest::addColumn<QByteArray>("content");
+    QTest::addColumn<QByteArray>("fault");
+
+    QByteArray changed = TinyPictures::png();
+    changed[45] = 'c'; // among the pixels
+    QTest::newRow("text") << QByteArray("text") << QByteArray("neither a JPG nor a PNG picture");
+    QTest::newRow("PNG cut short")
+        << TinyPictures::png().chopped(1) << QByteArray("PNG picture is truncated");
+    QTest::newRow("JPG cut short")
+        << TinyPictures::jpg().chopped(1) << QByteArray("JPG picture is truncated");
+    QTest::newRow("PNG with a changed byte")
+        << changed << QByteArray("PNG picture is corrupt (checksum of chunk IDAT)");
+}
+
+void TestDocpage::wrapRefuses()
+{
+    QFETCH(QByteArray, content);
+    QFETCH(QByteArray, fault);
+    place->write(text("bad"), content);
+    verifyFails(words("wrap bad -o new"), 1, "docpage: bad: " + fault + '\n',
+                "0 page result files in new\n");
+}
+
+void TestDocpage::wrapRefusesTooLarge()
+{
+    place->write(text("large"), TinyPictures::jpg());
+    QVERIFY(QFile::resize(place->path(text("large")), Q_INT64_C(2147483648)));
+    const Outcome outcome = place->run(words("wrap large red.png -o new"));
+    QCOMPARE(outcome.err,
+             QByteArray("docpage: large: too large for a page result file: 2147483648 bytes\n"));
+    QCOMPARE(outcome.out, QByteArray("1 page result file in new\n"));
+    QCOMPARE(outcome.status, 1);
+    QCOMPARE(place->read(text("new/page_1")), pngPage());
+}
+
+void TestDocpage::wrapMakesFolders_data()
+{
+    QTest::addColumn<QString>("folder");
+    QTest::newRow("new") << text("new");
+    QTest::newRow("with a slash") << text("new/");
+    QTest::newRow("several") << text("new/and/newer");
+    QTest::newRow("existing") << text(".");
+}
+
+void TestDocpage::wrapMakesFolders()
+{
+    QFETCH(QString, folder);
+    verifyDoes({text("wrap"), text("red.png"), text("-o"), folder},
+               "1 page result file in " + folder.toUtf8() + '\n');
+    QCOMPARE(place->read(folder + text("/page_0")), pngPage());
+}
+
+void TestDocpage::wrapFolderFails_data()
+{
+    QTest::addColumn<QString>("folder");
+    QTest::addColumn<QByteArray>("fault");
+    QTest::newRow("file") << text("png_page") << QByteArray("Not a directory");
+    QTest::newRow("below a file") << text("png_page/new") << QByteArray("Not a directory");
+    QTest::newRow("name of 256 bytes")
+        << QString(256, QLatin1Char('n')) << QByteArray("File name too long");
+    QTest::newRow("in the kernel's folder")
+        << text("/proc/new") << QByteArray("No such file or directory");
+    if (!isRoot())
+        QTest::newRow("in a folder that cannot be written")
+            << text("/new") << QByteArray("Permission denied");
+}
+
+void TestDocpage::wrapFolderFails()
+{
+    QFETCH(QString, folder);
+    QFETCH(QByteArray, fault);
+    verifyFails({text("wrap"), text("red.png"), text("grey.jpg"), text("-o"), folder}, 1,
+                "docpage: " + folder.toUtf8() + ": " + fault + '\n');
+}
+
+void TestDocpage::wrapOverItsInputs()
+{
+    QVERIFY(QDir(place->path({})).mkdir(text("pictures")));
+    place->write(text("pictures/page_1"), TinyPictures::png());
+    const Outcome outcome =
+        place->run(words("wrap pictures/page_1 grey.jpg grey.jpg -o pictures --force"));
+    QCOMPARE(outcome.err, QByteArray("docpage: pictures/page_1: would replace an input\n"));
+    QCOMPARE(outcome.out, QByteArray("2 page result files in pictures\n"));
+    QCOMPARE(outcome.status, 1);
+    QCOMPARE(place->read(text("pictures/page_0")), pngPage());
+    QCOMPARE(place->read(text("pictures/page_1")), TinyPictures::png());
+    QCOMPARE(place->read(text("pictures/page_2")), jpgPage());
+}
+
+namespace {
+
+// A terminal as the standard error of one run.
+class Terminal
+{
+public:
+    Terminal()
+        : m_end(::posix_openpt(O_RDWR | O_NOCTTY | O_CLOEXEC))
+    {
+        if (m_end < 0 || ::grantpt(m_end) != 0 || ::unlockpt(m_end) != 0)
+            qFatal("no terminal");
+        m_name = ::ptsname(m_end);
+    }
+    ~Terminal() { ::close(m_end); }
+    Q_DISABLE_COPY_MOVE(Terminal)
+
+    // For the child.
+    std::function<void()> attach() const
+    {
+        return [this] { ::dup2(::open(m_name.constData(), O_WRONLY | O_NOCTTY), STDERR_FILENO); };
+    }
+
+    // What has been written, once the child has ended.
+    QByteArray shown() const
+    {
+        QByteArray text;
+        char buffer[4096];
+        for (ssize_t n = 0; (n = ::read(m_end, buffer, sizeof buffer)) > 0;)
+            text.append(buffer, static_cast<int>(n));
+        return text;
+    }
+
+private:
+    int m_end;
+    QByteArray m_name;
+};
+
+} // namespace
+
+void TestDocpage::progressOnTerminal_data()
+{
+    QTest::addColumn<QStringList>("arguments");
+    QTest::addColumn<QByteArray>("shown");
+    QTest::newRow("done: shown and taken away")
+        << words("wrap red.png -o new") << QByteArray("\rpicture 1 of 1\r              \r");
+    QTest::newRow("failed: taken away before the line")
+        << words("wrap gone -o new")
+        << QByteArray("\rpicture 1 of 1\r              \r"
+                      "docpage: gone: No such file or directory\r\n");
+    QTest::newRow("wrong usage: none") << words("wrap -o new")
+                                       << QByteArray("docpage: No PICTURE given.\r\n"
+                                                     "Try 'docpage wrap --help'.\r\n");
+}
+
+void TestDocpage::progressOnTerminal()
+{
+    QFETCH(QStringList, arguments);
+    QFETCH(QByteArray, shown);
+    const Terminal terminal;
+    place->run(arguments, terminal.attach());
+    QCOMPARE(terminal.shown(), shown);
+}
+
+void TestDocpage::progressIsRateLimited()
+{
+    const Terminal terminal;
+    QStringList arguments = words("wrap -o new");
+    for (int i = 0; i < 200; ++i)
+        arguments << text("red.png");
+    QElapsedTimer timer;
+    timer.start();
+    QCOMPARE(place->run(arguments, terminal.attach()).status, 0);
+    const QByteArray shown = terminal.shown();
+    QVERIFY(shown.startsWith("\rpicture 1 of 200\r"));
+    QVERIFY(shown.endsWith(" \r"));
+    QVERIFY(shown.count("picture") <= 1 + timer.elapsed() / 100);
+}
+
+void TestDocpage::info_data()
+{
+    QTest::addColumn<QByteArray>("content");
+    QTest::addColumn<QByteArray>("line");
+
+    QTest::newRow("PNG") << pngPage() << QByteArray("PNG picture, 73 bytes, 4 x 3 pixels");
+    QTest::newRow("JPG") << jpgPage() << QByteArray("JPG picture, 160 bytes, 2 x 2 pixels");
+    QTest::newRow("slide animation data")
+        << slidePage() << QByteArray("slide animation data, 5 bytes");
+    QTest::newRow("one byte") << hex("88 88 88 88 01 01 03 00 00 00 01 00 00 00 00")
+                              << QByteArray("slide animation data, 1 byte");
+    QTest::newRow("bytes after the picture")
+        << pngPage() + "tail"
+        << QByteArray("PNG picture, 73 bytes, 4 x 3 pixels, followed by 4 "
+                      "bytes that are ignored");
+    QTest::newRow("a byte after slide animation data")
+        << slidePage() + '\0'
+        << QByteArray("slide animation data, 5 bytes, followed by 1 byte that is ignored");
+    QTest::newRow("PNG announced as JPG: the size is told all the same")
+        << hex("88 88 88 88 01 01 02 00 00 00 49 00 00 00") + TinyPictures::png()
+        << QByteArray("JPG picture, 73 bytes, 4 x 3 pixels");
+    QTest::newRow("picture cut short behind its header")
+        << jpgPageOf(TinyPictures::jpg().chopped(4))
+        << QByteArray("JPG picture, 156 bytes, 2 x 2 pixels");
+    QTest::newRow("no picture") << jpgPageOf("text")
+                                << QByteArray("JPG picture, 4 bytes, size in pixels unreadable");
+}
+
+void TestDocpage::info()
+{
+    QFETCH(QByteArray, content);
+    QFETCH(QByteArray, line);
+    place->write(text("page"), content);
+    const QStringList before = place->entries();
+    verifyDoes(words("info page"), "page: " + line + '\n');
+    QCOMPARE(place->entries(), before);
+}
+
+void TestDocpage::infoJson()
+{
+    place->write(text("page"), jpgPageOf("text") + "tail");
+    const Outcome outcome = place->run(words("info png_page jpg_page gone slide_page page --json"));
+    QCOMPARE(outcome.err, QByteArray("docpage: gone: No such file or directory\n"));
+    QCOMPARE(outcome.status, 1);
+    QCOMPARE(outcome.out, QByteArray(R"([
+    {
+        "file": "png_page",
+        "format": "png",
+        "formatCode": 4,
+        "payloadSize": 73,
+        "picture": {
+            "height": 3,
+            "width": 4
+        },
+        "trailingBytes": 0
+    },
+    {
+        "file": "jpg_page",
+        "format": "jpg",
+        "formatCode": 2,
+        "payloadSize": 160,
+        "picture": {
+            "height": 2,
+            "width": 2
+        },
+        "trailingBytes": 0
+    },
+    {
+        "error": "No such file or directory",
+        "file": "gone"
+    },
+    {
+        "file": "slide_page",
+        "format": "slide-animation",
+        "formatCode": 3,
+        "payloadSize": 5,
+        "trailingBytes": 0
+    },
+    {
+        "file": "page",
+        "format": "jpg",
+        "formatCode": 2,
+        "payloadSize": 4,
+        "picture": null,
+        "trailingBytes": 4
+    }
+]
+)"));
+}
+
+void TestDocpage::infoHandlesOthers()
+{
+    const Outcome outcome = place->run(words("info gone png_page red.png slide_page"));
+    QCOMPARE(outcome.err,
+             QByteArray("docpage: gone: No such file or directory\n"
+                        "docpage: red.png: not a page result file: it does not begin with "
+                        "88 88 88 88\n"));
+    QCOMPARE(outcome.out, QByteArray("png_page: PNG picture, 73 bytes, 4 x 3 pixels\n"
+                                     "slide_page: slide animation data, 5 bytes\n"));
+    QCOMPARE(outcome.status, 1);
+}
+
+void TestDocpage::unwrap_data()
+{
+    QTest::addColumn<QByteArray>("content");
+    QTest::addColumn<QByteArray>("payload");
+    QTest::newRow("PNG") << pngPage() << TinyPictures::png();
+    QTest::newRow("JPG") << jpgPage() << TinyPictures::jpg();
+    QTest::newRow("slide animation data") << slidePage() << QByteArray("slide");
+    QTest::newRow("broken picture") << jpgPageOf("text") << QByteArray("text");
+    QTest::newRow("without the bytes after it") << slidePage() + "tail" << QByteArray("slide");
+    QTest::newRow("bytes of all kinds")
+        << hex("88 88 88 88 01 01 04 00 00 00 05 00 00 00 00 ff 0d 0a 1a") << hex("00 ff 0d 0a 1a");
+}
+
+void TestDocpage::unwrap()
+{
+    QFETCH(QByteArray, content);
+    QFETCH(QByteArray, payload);
+    place->write(text("page"), content);
+    const QStringList before = place->entries();
+    verifyDoes(words("unwrap page -o new"));
+    QCOMPARE(place->read(text("new")), payload);
+    QVERIFY(QFile::remove(place->path(text("new"))));
+    QCOMPARE(place->entries(), before);
+}
+
+void TestDocpage::renderPixels_data()
+{
+    QTest::addColumn<QByteArray>("content");
+    QTest::addColumn<QSize>("size");
+    QTest::addColumn<QColor>("colour");
+    QTest::newRow("PNG") << pngPage() << QSize(4, 3) << QColor(255, 0, 0);
+    QTest::newRow("JPG") << jpgPage() << QSize(2, 2) << QColor(200, 200, 200);
+    QTest::newRow("PNG announced as JPG: shown by content")
+        << hex("88 88 88 88 01 01 02 00 00 00 49 00 00 00") + TinyPictures::png() << QSize(4, 3)
+        << QColor(255, 0, 0);
+    QTest::newRow("other picture that the display manager shows")
+        << jpgPageOf("P6 1 1 255 \x01\x02\x03") << QSize(1, 1) << QColor(1, 2, 3);
+}
+
+void TestDocpage::renderPixels()
+{
+    QFETCH(QByteArray, content);
+    QFETCH(QSize, size);
+    QFETCH(QColor, colour);
+    place->write(text("page"), content);
+    verifyDoes(words("render page -o new.PNG"));
+    QVERIFY(place->read(text("new.PNG")).startsWith("\x89PNG"));
+    const QImage image(place->path(text("new.PNG")));
+    QCOMPARE(image.size(), size);
+    for (int y = 0; y < size.height(); ++y) {
+        for (int x = 0; x < size.width(); ++x)
+            QCOMPARE(image.pixelColor(x, y), colour);
+    }
+}
+
+void TestDocpage::renderTakesFilesOfFolder()
+{
+    // A picture of n x 1 pixels is page n - 1.
+    QVERIFY(QDir(place->path({})).mkpath(text("doc/page_0")));
+    const char *names[] = {"page_1", "page_2", "page_02", "page_10", "Page_11"};
+    int width = 0;
+    for (const int index : {0, 2, 1, 3, 4}) {
+        const QByteArray picture = "P5 " + QByteArray::number(++width) + " 1 255 12345";
+        place->write(text("doc/") + text(names[index]), jpgPageOf(picture));
+    }
+    place->write(text("doc/.page_3"), "hidden");
+    QCOMPARE(::mkfifo(QFile::encodeName(place->path(text("doc/page_4"))).constData(), 0600), 0);
+    QVERIFY(QFile::link(text("page_4"), place->path(text("doc/page_5"))));
+    QVERIFY(QFile::link(text("gone"), place->path(text("doc/page_6"))));
+
+    for (int page = 0; page < width; ++page) {
+        verifyDoes(words("render doc/ --force -o new.png --page") << QString::number(page));
+        QCOMPARE(QImage(place->path(text("new.png"))).size(), QSize(page + 1, 1));
+    }
+    QCOMPARE(place->run(words("render doc -o new.png --page 5")).err,
+             QByteArray("docpage: doc: page 5 is out of range, the document has 5 pages\n"));
+
+    verifyDoes(words("render doc/page_10 doc/page_1 -o first.png"));
+    QCOMPARE(QImage(place->path(text("first.png"))).size(), QSize(4, 1));
+    verifyDoes(words("render doc/page_10 doc/page_1 --page 1 -o second.png"));
+    QCOMPARE(QImage(place->path(text("second.png"))).size(), QSize(1, 1));
+}
+
+void TestDocpage::renderOutOfRange_data()
+{
+    QTest::addColumn<QStringList>("arguments");
+    QTest::addColumn<QByteArray>("line");
+
+    const auto row = [](const char *arguments, const char *line) {
+        QTest::newRow(arguments) << words(arguments) << "docpage: " + QByteArray(line) + '\n';
+    };
+    row("render png_page -o new.png --page 1",
+        "png_page: page 1 is out of range, the document has 1 page");
+    row("render png_page jpg_page red.png -o new.png --page 3",
+        "png_page ... red.png: page 3 is out of range, the document has 3 pages");
+    row("render png_page -o new.png --page 4294967295",
+        "png_page: page 4294967295 is out of range, the document has 1 page");
+    row("render empty -o new.png", "empty: page 0 is out of range, the document has 0 pages");
+}
+
+void TestDocpage::renderOutOfRange()
+{
+    QFETCH(QStringList, arguments);
+    QFETCH(QByteArray, line);
+    QVERIFY(QDir(place->path({})).mkdir(text("empty")));
+    verifyFails(arguments, 1, line);
+}
+
+void TestDocpage::renderRefuses_data()
+{
+    QTest::addColumn<QByteArray>("content");
+    QTest::addColumn<QByteArray>("fault");
+
+    QTest::newRow("slide animation data")
+        << slidePage() << QByteArray("slide animation data cannot be rendered by this version");
+    QTest::newRow("JPG cut short, which decodes half grey")
+        << jpgPageOf(TinyPictures::jpg().chopped(4)) << QByteArray("JPG picture is truncated");
+    QTest::newRow("PNG cut short")
+        << jpgPageOf(TinyPictures::png().chopped(12)) << QByteArray("PNG picture is truncated");
+    QTest::newRow("PNG whose pixels do not unpack")
+        << jpgPageOf(hex("89 50 4e 47 0d 0a 1a 0a "
+                         "00 00 00 0d 49 48 44 52 00 00 00 04 00 00 00 03 08 02 00 00 00 3b 96 39 "
+                         "91 00 00 00 06 49 44 41 54 78 9c 00 00 00 00 c3 71 5c 7d "
+                         "00 00 00 00 49 45 4e 44 ae 42 60 82"))
+        << QByteArray("the picture cannot be decoded");
+    QTest::newRow("no picture") << jpgPageOf("text")
+                                << QByteArray("neither a JPG nor a PNG picture");
+}
+
+void TestDocpage::renderRefuses()
+{
+    QFETCH(QByteArray, content);
+    QFETCH(QByteArray, fault);
+    QVERIFY(QDir(place->path({})).mkdir(text("doc")));
+    place->write(text("doc/page_0"), content);
+    const QByteArray line = "docpage: doc/page_0: " + fault + '\n';
+    verifyFails(words("render doc/page_0 -o new.png"), 1, line);
+    verifyFails(words("render doc -o new.png"), 1, line);
+    verifyFails(words("render png_page doc/page_0 --page 1 -o new.png"), 1, line);
+}
+
+void TestDocpage::namesOfAllKinds_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<QByteArray>("shown");
+    QTest::addColumn<QByteArray>("locale");
+
+    for (const char *locale : {"C", "C.UTF-8", "de_DE.ISO-8859-1", "none"}) {
+        const auto row = [&](const char *what, const char *name, const char *shown) {
+            QTest::addRow("%s: %s", locale, what)
+                << text(name) << QByteArray(shown) << QByteArray(locale);
+        };
+        row("blanks", " my  page ", " my  page ");
+        row("umlauts", "Übergröße", "Übergröße");
+        row("Chinese", "第一页", "第一页");
+        row("beyond the basic plane", "\xF0\x9F\x93\x84", "\xF0\x9F\x93\x84");
+        row("line end", "a\nb", "a\\nb");
+        row("other control characters", "\x1b[31m\r\t\x7f", "\\u001b[31m\\u000d\\u0009\\u007f");
+        row("line ends of Unicode", "a\u2028b\u2029c\u0085d", "a\\u2028b\\u2029c\\u0085d");
+        row("backslash", "a\\nb", "a\\nb");
+        row("placeholders", "%1 %2 %s %n", "%1 %2 %s %n");
+        row("quotes", "a'b\"c", "a'b\"c");
+    }
+}
+
+void TestDocpage::namesOfAllKinds()
+{
+    QFETCH(QString, name);
+    QFETCH(QByteArray, shown);
+    QFETCH(QByteArray, locale);
+    const auto run = [&](const QStringList &arguments) {
+        return place->run(arguments, {}, locale);
+    };
+
+    place->write(name, TinyPictures::png());
+    const QString folder = name + text(".d");
+    const QString page = folder + text("/page_0");
+    Outcome outcome = run({text("wrap"), name, text("-o"), folder});
+    QCOMPARE(outcome.err, QByteArray());
+    QCOMPARE(outcome.out, "1 page result file in " + shown + ".d\n");
+    QCOMPARE(place->read(page), pngPage());
+
+    outcome = run({text("info"), page});
+    QCOMPARE(outcome.out, shown + ".d/page_0: PNG picture, 73 bytes, 4 x 3 pixels\n");
+    outcome = run({text("info"), text("--json"), page});
+    QCOMPARE(QJsonDocument::fromJson(outcome.out).array().at(0).toObject()[text("file")].toString(),
+             page);
+
+    QCOMPARE(run({text("unwrap"), page, text("-o"), name}).err,
+             "docpage: " + shown + ": already exists; use --force to replace it\n");
+    QCOMPARE(run({text("unwrap"), page, text("-o"), name + text(".new")}).status, 0);
+    QCOMPARE(place->read(name + text(".new")), TinyPictures::png());
+    QCOMPARE(run({text("render"), folder, text("-o"), name + text(".png")}).status, 0);
+    QVERIFY(place->read(name + text(".png")).startsWith("\x89PNG"));
+    QCOMPARE(run({text("info"), name}).err,
+             "docpage: " + shown +
+                 ": not a page result file: it does not begin with 88 88 88 88\n");
+    outcome = run({name});
+    QCOMPARE(outcome.err, "docpage: Unknown command '" + shown + "'.\nTry 'docpage --help'.\n");
+    QCOMPARE(outcome.status, 2);
+}
+
+void TestDocpage::roundTrip()
+{
+    QImage picture(23, 17, QImage::Format_RGB32);
+    for (int y = 0; y < picture.height(); ++y) {
+        for (int x = 0; x < picture.width(); ++x)
+            picture.setPixelColor(x, y, QColor(11 * x, 15 * y, (x * y) % 256));
+    }
+    QVERIFY(picture.save(place->path(text("in.png"))));
+    QVERIFY(picture.save(place->path(text("in.jpg")), "JPG", 95));
+
+    verifyDoes(words("wrap in.jpg in.png -o doc"), "2 page result files in doc\n");
+    const Outcome outcome = place->run(words("info doc/page_0 doc/page_1"));
+    QCOMPARE(outcome.out.count("23 x 17 pixels"), 2);
+    int page = 0;
+    for (const QString &name : {text("in.jpg"), text("in.png")}) {
+        const QString number = QString::number(page++);
+        verifyDoes({text("unwrap"), text("doc/page_") + number, text("-o"), name + text(".out")});
+        QCOMPARE(place->read(name + text(".out")), place->read(name));
+        verifyDoes(
+            {text("render"), text("doc"), text("--page"), number, text("-o"), name + text(".png")});
+        QCOMPARE(QImage(place->path(name + text(".png"))).convertToFormat(QImage::Format_RGB32),
+                 QImage(place->path(name)).convertToFormat(QImage::Format_RGB32));
+    }
+}
+
+QTEST_GUILESS_MAIN(TestDocpage)
+#include "tst_docpage.moc"

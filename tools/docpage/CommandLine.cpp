@@ -1,0 +1,69 @@
+#include "tools/docpage/CommandLine.h"
+
+#include "tools/docpage/Console.h"
+
+#include <cstdio>
+
+CommandLine::CommandLine(const char *name, const char *synopsis, const char *description)
+    : m_name(QString::fromUtf8(name))
+    , m_synopsis(QString::fromUtf8(synopsis))
+{
+    m_parser.setApplicationDescription(QString::fromUtf8(description));
+    m_parser.addOption(
+        {{QStringLiteral("h"), QStringLiteral("help")}, QStringLiteral("Shows this help.")});
+}
+
+void CommandLine::addInput(const char *name, Count count, const char *description)
+{
+    m_input = QString::fromUtf8(name);
+    m_count = count;
+    m_parser.addPositionalArgument(m_input, QString::fromUtf8(description));
+}
+
+void CommandLine::addOption(const char *name, const char *description, const char *value)
+{
+    m_parser.addOption(
+        {QString::fromUtf8(name), QString::fromUtf8(description), QString::fromUtf8(value)});
+}
+
+void CommandLine::addOutput(const char *value, const char *description)
+{
+    m_output = QString::fromUtf8(value);
+    m_parser.addOption({{QStringLiteral("o"), QStringLiteral("output")},
+                        QString::fromUtf8(description),
+                        m_output});
+    addOption("force", "Replaces files that exist already, but never an input.");
+}
+
+std::optional<int> CommandLine::parse(const QStringList &arguments)
+{
+    const bool isUnderstood = m_parser.parse(QStringList{m_name} + arguments);
+    if (isSet("help")) {
+        print(help());
+        return ExitStatus::Done;
+    }
+    if (!isUnderstood)
+        return wrongUsage(m_parser.errorText());
+    if (!m_input.isEmpty() && inputs().isEmpty())
+        return wrongUsage(QStringLiteral("No %1 given.").arg(m_input));
+    if (m_count == Count::One && inputs().size() > 1)
+        return wrongUsage(QStringLiteral("More than one %1 given.").arg(m_input));
+    if (!m_output.isEmpty() && output().isEmpty())
+        return wrongUsage(QStringLiteral("No output given, -o %1 is missing.").arg(m_output));
+    return std::nullopt;
+}
+
+int CommandLine::wrongUsage(const QString &message) const
+{
+    printError(message);
+    std::fprintf(stderr, "Try '%s --help'.\n", m_name.toUtf8().constData());
+    return ExitStatus::WrongUsage;
+}
+
+QString CommandLine::help() const
+{
+    // The parser's own usage line has the program's path, and does not say what has to be given.
+    const QString text = m_parser.helpText();
+    return QStringLiteral("Usage: ") + m_name + QLatin1Char(' ') + m_synopsis +
+           QStringLiteral("\n\n") + text.mid(text.indexOf(m_parser.applicationDescription()));
+}

@@ -1,0 +1,49 @@
+#pragma once
+
+#include <QCommandLineParser>
+
+#include <optional>
+
+/// The command line of the program or of one of its commands: reads it, and answers --help and
+/// wrong usage.
+class CommandLine
+{
+public:
+    /// \param name what is typed, as "docpage wrap"
+    /// \param synopsis what follows the name in the usage line
+    /// \param description lines of at most 79 characters
+    CommandLine(const char *name, const char *synopsis, const char *description);
+
+    /// What has to be given besides options, once or any number of times.
+    enum class Count { One, OneOrMore };
+    void addInput(const char *name, Count count, const char *description);
+
+    /// An option of the name `name`, followed by a value when `value` is the name of one.
+    void addOption(const char *name, const char *description, const char *value = "");
+
+    /// The options -o, which has to be given, and --force.
+    void addOutput(const char *value, const char *description);
+
+    /// Reads what follows the name.
+    /// \return the exit status when that was all: help was printed, or the usage is wrong
+    std::optional<int> parse(const QStringList &arguments);
+
+    /// Says what is wrong with the command line, a sentence, and where help is.
+    /// \return the exit status
+    int wrongUsage(const QString &message) const;
+
+    QStringList inputs() const { return m_parser.positionalArguments(); }
+    QString output() const { return value("output"); }
+    bool isSet(const char *option) const { return m_parser.isSet(QLatin1String(option)); }
+    QString value(const char *option) const { return m_parser.value(QLatin1String(option)); }
+
+private:
+    QString help() const;
+
+    QCommandLineParser m_parser;
+    QString m_name;
+    QString m_synopsis;
+    QString m_input;  // what inputs are called; empty when there are none
+    QString m_output; // what the output is called; empty when there is none
+    Count m_count = Count::OneOrMore;
+};

@@ -1,0 +1,18 @@
+#pragma once
+
+#include <QStringList>
+
+// The commands of docpage. Each is given what follows its name on the command line, says on
+// standard output and standard error what there is to say, and returns the program's exit status.
+
+/// Makes page result files from pictures.
+int runWrap(const QStringList &arguments);
+
+/// Tells what page result files hold.
+int runInfo(const QStringList &arguments);
+
+/// Takes the payload out of a page result file.
+int runUnwrap(const QStringList &arguments);
+
+/// Saves one page of a document as a picture.
+int runRender(const QStringList &arguments);

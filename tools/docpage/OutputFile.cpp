@@ -1,0 +1,107 @@
+#include "tools/docpage/OutputFile.h"
+
+#include <QDir>
+#include <QFileInfo>
+#include <QTemporaryFile>
+
+#include <cerrno>
+#include <cstdio>
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace {
+
+bool isTaken(const QFileInfo &file)
+{
+    return file.exists() || file.isSymLink(); // a link that leads nowhere takes the name, too
+}
+
+QString alreadyExists()
+{
+    return QStringLiteral("already exists; use --force to replace it");
+}
+
+// The permissions of a file made in the ordinary way; those of a temporary file are the owner's.
+void setDefaultPermissions(QFile &file)
+{
+    const mode_t mask = ::umask(0);
+    ::umask(mask);
+    ::fchmod(file.handle(), 0666 & ~mask);
+}
+
+// Not by QFile, which does not know why a write stopped halfway.
+bool writeAll(int file, const QByteArray &bytes)
+{
+    const char *rest = bytes.constData();
+    auto left = static_cast<size_t>(bytes.size());
+    while (left > 0) {
+        const ssize_t written = ::write(file, rest, left);
+        if (written < 0 && errno != EINTR)
+            return false;
+        if (written > 0) {
+            rest += written;
+            left -= static_cast<size_t>(written);
+        }
+    }
+    return true;
+}
+
+// Gives the temporary file its name. Without force that fails when the name has been taken.
+QString publish(QTemporaryFile &file, const QString &path, bool force)
+{
+    if (force) {
+        const QByteArray from = QFile::encodeName(file.fileName());
+        if (std::rename(from.constData(), QFile::encodeName(path).constData()) != 0)
+            return qt_error_string(errno);
+    } else if (!file.rename(path)) {
+        return isTaken(QFileInfo(path)) ? alreadyExists() : file.errorString();
+    }
+    file.setAutoRemove(false);
+    return {};
+}
+
+} // namespace
+
+OutputRules::OutputRules(bool force, const QStringList &inputs)
+    : m_force(force)
+{
+    m_inputs.reserve(inputs.size());
+    for (const QString &input : inputs)
+        m_inputs.insert(QFileInfo(input).canonicalFilePath());
+}
+
+QString OutputRules::refusal(const QString &path) const
+{
+    const QFileInfo target(path);
+    if (target.isDir())
+        return QStringLiteral("is a directory");
+    if (!isTaken(target))
+        return {};
+    if (target.exists() && m_inputs.contains(target.canonicalFilePath()))
+        return QStringLiteral("would replace an input");
+    if (!m_force)
+        return alreadyExists();
+    if (target.exists() && !target.isFile())
+        return QStringLiteral("not a regular file");
+    return {};
+}
+
+QString saveFile(const QString &path, const OutputRules &rules,
+                 std::initializer_list<QByteArray> parts)
+{
+    const QString refusal = rules.refusal(path);
+    if (!refusal.isEmpty())
+        return refusal;
+
+    // Not QSaveFile, which syncs each file to the disk: that takes longer than all the rest.
+    QTemporaryFile file(QFileInfo(path).dir().filePath(QStringLiteral(".docpage-XXXXXX")));
+    if (!file.open())
+        return file.errorString();
+    setDefaultPermissions(file);
+    for (const QByteArray &part : parts) {
+        if (!writeAll(file.handle(), part))
+            return qt_error_string(errno);
+    }
+    return publish(file, path, rules.force());
+}

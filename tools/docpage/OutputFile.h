@@ -1,0 +1,30 @@
+#pragma once
+
+#include <QByteArray>
+#include <QSet>
+#include <QString>
+
+#include <initializer_list>
+
+/// What the outputs of a call may replace.
+class OutputRules
+{
+public:
+    /// Files that exist may be replaced with `force` only, and `inputs` not even then.
+    OutputRules(bool force, const QStringList &inputs);
+
+    bool force() const { return m_force; }
+
+    /// Why `path` must not be written; empty when it may.
+    QString refusal(const QString &path) const;
+
+private:
+    bool m_force;
+    QSet<QString> m_inputs; // canonical paths
+};
+
+/// Saves a file of the given parts. It appears under its name complete or not at all, and nothing
+/// else is left behind. A symbolic link is replaced itself, not what it points to.
+/// \return what went wrong; empty when the file is there
+QString saveFile(const QString &path, const OutputRules &rules,
+                 std::initializer_list<QByteArray> parts);

@@ -1,0 +1,121 @@
+#include "tools/docpage/CommandLine.h"
+#include "tools/docpage/Commands.h"
+#include "tools/docpage/Console.h"
+#include "tools/docpage/LibraryLog.h"
+#include "tools/docpage/PageFile.h"
+
+#include <QBuffer>
+#include <QImageReader>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+
+namespace {
+
+QString formatText(qint32 format)
+{
+    switch (format) {
+    case DocCovRslt::PAGE_FORMAT_JPG:
+        return QStringLiteral("JPG picture");
+    case DocCovRslt::PAGE_FORMAT_PNG:
+        return QStringLiteral("PNG picture");
+    default:
+        return QStringLiteral("slide animation data");
+    }
+}
+
+QString formatKey(qint32 format)
+{
+    switch (format) {
+    case DocCovRslt::PAGE_FORMAT_JPG:
+        return QStringLiteral("jpg");
+    case DocCovRslt::PAGE_FORMAT_PNG:
+        return QStringLiteral("png");
+    default:
+        return QStringLiteral("slide-animation");
+    }
+}
+
+bool isPicture(const PageFile &page)
+{
+    return page.header.picFormat != DocCovRslt::PAGE_FORMAT_PPT_ANIM;
+}
+
+// Goes by the content, as the display manager does; not valid when that is no picture.
+QSize pictureSize(const PageFile &page)
+{
+    QBuffer buffer;
+    buffer.setData(page.payload);
+    QImageReader reader(&buffer);
+    const LibraryLog::DecoderSilence silence;
+    return reader.size();
+}
+
+QString textInfo(const PageFile &page)
+{
+    QString text = formatText(page.header.picFormat) + QStringLiteral(", ") +
+                   counted(page.payload.size(), "byte");
+    if (isPicture(page)) {
+        const QSize size = pictureSize(page);
+        text += size.isValid()
+                    ? QStringLiteral(", %1 x %2 pixels").arg(size.width()).arg(size.height())
+                    : QStringLiteral(", size in pixels unreadable");
+    }
+    if (page.trailingBytes > 0)
+        text += QStringLiteral(", followed by %1 that %2 ignored")
+                    .arg(counted(page.trailingBytes, "byte"),
+                         page.trailingBytes == 1 ? QStringLiteral("is") : QStringLiteral("are"));
+    return text;
+}
+
+QJsonObject jsonInfo(const PageFile &page)
+{
+    QJsonObject info{{QStringLiteral("format"), formatKey(page.header.picFormat)},
+                     {QStringLiteral("formatCode"), page.header.picFormat},
+                     {QStringLiteral("payloadSize"), page.payload.size()},
+                     {QStringLiteral("trailingBytes"), page.trailingBytes}};
+    if (isPicture(page)) {
+        const QSize size = pictureSize(page);
+        info[QStringLiteral("picture")] =
+            size.isValid() ? QJsonObject{{QStringLiteral("width"), size.width()},
+                                         {QStringLiteral("height"), size.height()}}
+                           : QJsonValue(QJsonValue::Null);
+    }
+    return info;
+}
+
+} // namespace
+
+int runInfo(const QStringList &arguments)
+{
+    CommandLine line(
+        "docpage info", "[--json] FILE...",
+        "Tells of each page result file the format and size of its payload and, of a\n"
+        "picture, the size in pixels; also how many bytes after the payload are ignored.");
+    line.addInput("FILE", CommandLine::Count::OneOrMore, "A page result file.");
+    line.addOption("json", "Prints one JSON array with an object for each file.");
+    if (const std::optional<int> status = line.parse(arguments))
+        return *status;
+
+    const QStringList files = line.inputs();
+    const bool isJson = line.isSet("json");
+    int status = ExitStatus::Done;
+    QJsonArray infos;
+    for (const QString &file : files) {
+        const PageFile page = PageFile::read(file);
+        QJsonObject info;
+        if (!page.fault.isEmpty()) {
+            status = reportFault(file, page.fault);
+            info[QStringLiteral("error")] = page.fault;
+        } else if (isJson) {
+            info = jsonInfo(page);
+        } else {
+            print(escaped(file) + QStringLiteral(": ") + textInfo(page) + QLatin1Char('\n'));
+        }
+        info[QStringLiteral("file")] = file;
+        infos.append(info);
+    }
+    if (isJson)
+        print(QString::fromUtf8(QJsonDocument(infos).toJson()));
+    return status;
+}

@@ -1,0 +1,80 @@
+#include "tools/docpage/CommandLine.h"
+#include "tools/docpage/Commands.h"
+#include "tools/docpage/Console.h"
+#include "tools/docpage/LibraryLog.h"
+
+#include <QCoreApplication>
+#include <QTextCodec>
+
+#include <clocale>
+#include <new>
+
+namespace {
+
+struct Command
+{
+    const char *name;
+    const char *summary;
+    int (*run)(const QStringList &arguments);
+};
+
+constexpr Command kCommands[] = {
+    {"wrap", "Makes page result files from JPG and PNG pictures.", runWrap},
+    {"info", "Tells what page result files hold.", runInfo},
+    {"unwrap", "Takes the payload out of a page result file.", runUnwrap},
+    {"render", "Saves one page of a document as a PNG picture.", runRender},
+};
+
+QByteArray description()
+{
+    QByteArray text =
+        "Makes, examines and renders page result files: one page of a document each.\n"
+        "\n"
+        "Commands:\n";
+    for (const Command &command : kCommands)
+        text += "  " + QByteArray(command.name).leftJustified(8) + command.summary + '\n';
+    return text + "\n"
+                  "'docpage COMMAND --help' tells more of a command.\n"
+                  "Exit status: 0 done, 1 the work failed, 2 wrong usage.";
+}
+
+int run(const QStringList &arguments)
+{
+    for (const Command &command : kCommands) {
+        if (arguments.value(0) == QLatin1String(command.name))
+            return command.run(arguments.mid(1));
+    }
+
+    CommandLine line("docpage", "COMMAND ...", description().constData());
+    line.addOption("version", "Shows the version.");
+    if (const std::optional<int> status = line.parse(arguments.mid(0, 1)))
+        return *status;
+    if (line.isSet("version")) {
+        print(QStringLiteral("docpage " DOCPAGE_VERSION "\n"));
+        return ExitStatus::Done;
+    }
+    if (arguments.isEmpty())
+        return line.wrongUsage(QStringLiteral("No command given."));
+    return line.wrongUsage(QStringLiteral("Unknown command '%1'.").arg(arguments.constFirst()));
+}
+
+} // namespace
+
+int main(int argc, char *argv[])
+{
+    // Names are UTF-8 and the program speaks English, whatever the locale.
+    QTextCodec::setCodecForLocale(QTextCodec::codecForName("UTF-8"));
+    const QCoreApplication app(argc, argv);
+    std::setlocale(LC_ALL, "C");
+    LibraryLog::divert();
+
+    int status = ExitStatus::Failed;
+    try {
+        status = run(QCoreApplication::arguments().mid(1));
+    } catch (const std::bad_alloc &) {
+        printError(QStringLiteral("out of memory"));
+    }
+    if (!printFault().isEmpty())
+        return reportFault(QStringLiteral("standard output"), printFault());
+    return status;
+}
