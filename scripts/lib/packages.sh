@@ -1,0 +1,34 @@
+# Sourced by the scripts that need Debian packages.
+
+# ensure_packages NAME...: installs those that are missing, as root or through sudo; does nothing
+# when all are there.
+ensure_packages() {
+    local name missing=()
+    if ! command -v dpkg-query >/dev/null || ! command -v apt-get >/dev/null; then
+        echo "This is no Debian system: the equivalents of these packages must be there: $*" >&2
+        return
+    fi
+    for name; do
+        [ "$(dpkg-query -W -f='${db:Status-Status}' "$name" 2>/dev/null)" = installed ] ||
+            missing+=("$name")
+    done
+    [ ${#missing[@]} -gt 0 ] || return 0
+
+    local as_root=()
+    if [ "$(id -u)" -ne 0 ]; then
+        command -v sudo >/dev/null || {
+            echo "Missing packages, and neither root nor sudo to install them: ${missing[*]}" >&2
+            return 1
+        }
+        as_root=(sudo)
+    fi
+    echo "Installing ${#missing[@]} Debian packages: ${missing[*]}"
+    "${as_root[@]}" apt-get update -q
+    "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive \
+        apt-get install -q -y --no-install-recommends "${missing[@]}"
+}
+
+# What every build of the project needs.
+build_packages=(g++ cmake ninja-build qtbase5-dev zlib1g-dev)
+# What the tests, the benchmarks and their helpers need beyond that.
+test_packages=(binutils groff-base libbenchmark-dev pkg-config)
