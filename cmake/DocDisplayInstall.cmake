@@ -8,7 +8,8 @@ set_target_properties(docdisplay PROPERTIES
   LINK_DEPENDS "${PROJECT_SOURCE_DIR}/cmake/docdisplay.map")
 if(DOCDISPLAY_KXBASE STREQUAL "system")
   # The in-house libraries may lie where the loader does not look.
-  set_target_properties(docdisplay PROPERTIES INSTALL_RPATH_USE_LINK_PATH ON)
+  set_property(TARGET docdisplay APPEND PROPERTY
+    INSTALL_RPATH "$<TARGET_FILE_DIR:KxBase::kxbase>")
 endif()
 target_link_options(docdisplay PRIVATE
   "LINKER:--version-script=${PROJECT_SOURCE_DIR}/cmake/docdisplay.map")
