@@ -1,9 +1,11 @@
-# Finds installed KxBase and KxCommon: by their own CMake packages, else below KXBASE_ROOT
-# (a folder with include/ and lib/). Installed beside DocDisplayConfig.cmake, which uses it too.
-find_package(KxBase CONFIG QUIET)
-find_package(KxCommon CONFIG QUIET)
-
-function(docdisplay_find_kx package target library header)
+# docdisplay_find_kx(<package> <target> <library> <header> <found>): an installed in-house library, by
+# its own CMake package, else below KXBASE_ROOT (a folder with include/ and lib/). Sets <found>.
+# Installed beside DocDisplayConfig.cmake, which uses it too.
+function(docdisplay_find_kx package target library header found)
+  set(${found} TRUE PARENT_SCOPE)
+  if(NOT TARGET ${target})
+    find_package(${package} CONFIG QUIET)
+  endif()
   if(TARGET ${target})
     return()
   endif()
@@ -13,9 +15,8 @@ function(docdisplay_find_kx package target library header)
                HINTS "${KXBASE_ROOT}" ENV KXBASE_ROOT
                PATH_SUFFIXES lib "lib/${CMAKE_LIBRARY_ARCHITECTURE}" lib64)
   if(NOT ${package}_INCLUDE_DIR OR NOT ${package}_LIBRARY)
-    message(FATAL_ERROR "DocDisplay needs the library ${package}: install its CMake package (and "
-                        "name its prefix in CMAKE_PREFIX_PATH), or set KXBASE_ROOT to the folder "
-                        "that holds its include/ and lib/.")
+    set(${found} FALSE PARENT_SCOPE)
+    return()
   endif()
   add_library(${target} SHARED IMPORTED GLOBAL)
   set_target_properties(${target} PROPERTIES
@@ -23,5 +24,5 @@ function(docdisplay_find_kx package target library header)
     INTERFACE_INCLUDE_DIRECTORIES "${${package}_INCLUDE_DIR}")
 endfunction()
 
-docdisplay_find_kx(KxBase KxBase::kxbase kxbase KxBase/KxLog.h)
-docdisplay_find_kx(KxCommon KxCommon::kxcommon kxcommon KxCommon/KxIniFile.h)
+set(DOCDISPLAY_KX_HINT "install its CMake package (and name its prefix in CMAKE_PREFIX_PATH), or set \
+KXBASE_ROOT to the folder that holds its include/ and lib/")

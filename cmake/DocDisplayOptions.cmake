@@ -8,19 +8,31 @@ else()
   set(DOCDISPLAY_IS_TOP_LEVEL OFF)
 endif()
 
-option(DOCDISPLAY_BUILD_TESTS "Build the tests (needs Qt Test)" ${DOCDISPLAY_IS_TOP_LEVEL})
+# A parent project may have set these as ordinary variables: they count, at every configuration.
+if(NOT DEFINED DOCDISPLAY_SANITIZE)
+  set(DOCDISPLAY_SANITIZE "" CACHE STRING "Sanitizers: address;undefined or thread")
+endif()
+if(NOT DEFINED DOCDISPLAY_KXBASE)
+  set(DOCDISPLAY_KXBASE "bundled" CACHE STRING
+      "The in-house libraries: bundled (the open stand-ins) or system (installed ones)")
+endif()
+if(NOT DOCDISPLAY_KXBASE MATCHES "^(bundled|system)$")
+  message(FATAL_ERROR "DOCDISPLAY_KXBASE is '${DOCDISPLAY_KXBASE}'; it must be bundled or system")
+endif()
+
+# The tests listen to the log of the bundled libraries.
+set(DOCDISPLAY_CAN_TEST OFF)
+if(DOCDISPLAY_IS_TOP_LEVEL AND DOCDISPLAY_KXBASE STREQUAL "bundled")
+  set(DOCDISPLAY_CAN_TEST ON)
+endif()
+option(DOCDISPLAY_BUILD_TESTS "Build the tests (needs Qt Test and the bundled in-house libraries)"
+       ${DOCDISPLAY_CAN_TEST})
 option(DOCDISPLAY_BUILD_TOOLS "Build the programs" ${DOCDISPLAY_IS_TOP_LEVEL})
 option(DOCDISPLAY_BUILD_BENCHMARKS "Build the benchmarks (needs Google Benchmark)"
        ${DOCDISPLAY_IS_TOP_LEVEL})
 option(DOCDISPLAY_WARNINGS_AS_ERRORS "Treat compiler warnings as errors" OFF)
 option(DOCDISPLAY_COVERAGE "Instrument for gcov" OFF)
 
-set(DOCDISPLAY_SANITIZE "" CACHE STRING "Sanitizers: address;undefined or thread")
-set_property(CACHE DOCDISPLAY_SANITIZE PROPERTY STRINGS "" "address;undefined" "thread")
-
-set(DOCDISPLAY_KXBASE "bundled" CACHE STRING
-    "The in-house libraries: bundled (the open stand-ins) or system (installed ones)")
-set_property(CACHE DOCDISPLAY_KXBASE PROPERTY STRINGS bundled system)
-if(NOT DOCDISPLAY_KXBASE MATCHES "^(bundled|system)$")
-  message(FATAL_ERROR "DOCDISPLAY_KXBASE is '${DOCDISPLAY_KXBASE}'; it must be bundled or system")
+if(DOCDISPLAY_BUILD_TESTS AND NOT DOCDISPLAY_KXBASE STREQUAL "bundled")
+  message(FATAL_ERROR "The tests need DOCDISPLAY_KXBASE=bundled: they listen to its log")
 endif()

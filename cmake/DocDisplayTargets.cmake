@@ -21,12 +21,18 @@ function(docdisplay_target_defaults target)
     AUTOUIC OFF
     AUTORCC OFF
     UNITY_BUILD OFF
+    DEBUG_POSTFIX ""
+    NO_SYSTEM_FROM_IMPORTED OFF
     INSTALL_RPATH "$ORIGIN;$ORIGIN/${DOCDISPLAY_BIN_TO_LIB}")
   target_include_directories(${target} PRIVATE "${PROJECT_SOURCE_DIR}")
-  target_compile_definitions(${target} PRIVATE
-    QT_NO_KEYWORDS QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII QT_NO_FOREACH QT_DEPRECATED_WARNINGS)
-  target_compile_options(${target} PRIVATE
-    -Wall -Wextra -Wconversion -Wshadow -Wnon-virtual-dtor -Woverloaded-virtual -Wold-style-cast)
+  if(DOCDISPLAY_IS_TOP_LEVEL) # a parent project has its own opinion on how strict to be
+    target_compile_definitions(${target} PRIVATE
+      QT_NO_KEYWORDS QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII QT_NO_FOREACH
+      QT_DEPRECATED_WARNINGS)
+    target_compile_options(${target} PRIVATE
+      -Wall -Wextra -Wconversion -Wshadow -Wnon-virtual-dtor -Woverloaded-virtual
+      -Wold-style-cast)
+  endif()
   if(DOCDISPLAY_WARNINGS_AS_ERRORS)
     target_compile_options(${target} PRIVATE -Werror)
   endif()
@@ -63,4 +69,7 @@ function(docdisplay_add_library name kind)
     "$<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}>"
     "$<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}/DocDisplay>")
   target_link_libraries(${name} PUBLIC Qt5::Core Qt5::Gui KxBase::kxbase)
+  if(kind STREQUAL "SHARED")
+    target_link_libraries(${name} PRIVATE Threads::Threads) # names its threads
+  endif()
 endfunction()

@@ -12,8 +12,8 @@
 ///
 /// Create it with CreateDisplayMgr(), end it with Destroy(). Not thread-safe: use it on the thread
 /// that created it. No operation throws on bad input: what cannot be shown is a null image, and a
-/// page that does not exist is false. The reasons are logged. A page that holds slide animation data
-/// can be part of a document, but this version has no image for it.
+/// page that does not exist is false. The reasons are logged. A page that holds slide animation
+/// data can be part of a document, but this version has no image for it.
 class DOCDISPLAY_EXPORT DocDisplayMgr : public QObject
 {
     Q_OBJECT
@@ -23,7 +23,7 @@ public:
     struct AnimStatus
     {
         quint32 page;           ///< page index from 0
-        quint32 step;           ///< step within the page; 0xFFFFFFFF: the last
+        quint32 step;           ///< step within the page; 0: its first; 0xFFFFFFFF: its last
         quint32 passedDuration; ///< ms played within the step; 0xFFFFFFFF: played to its end
     };
 
@@ -44,6 +44,7 @@ public:
     /// Starts a document of `pageCount` page slots and goes to page 0, step 0, 0 ms. May be called
     /// again for another document: slots that both documents have keep their files until
     /// AddDocPage() replaces them, all others are empty. A negative count gives no slots.
+    /// A slot takes 8 bytes; throws std::bad_alloc, with nothing changed, when memory runs out.
     virtual void Init(DocCovRslt::DOCRSLT_TYPE type, int pageCount) = 0;
 
     /// Names the page result file of one slot, in any order; a later name replaces an earlier one.
@@ -51,7 +52,8 @@ public:
     /// \return false without a document (kind above 2) or when `page` is not below the slot count.
     virtual bool AddDocPage(unsigned int page, const QString &file) = 0;
 
-    /// Whether the slot exists, is filled, and its file exists. The content is not examined.
+    /// Whether the slot exists, is filled, and its file (or a folder) exists. The content is not
+    /// examined.
     virtual bool IsPageCanDisplay(unsigned int page) = 0;
 
     /// The number of page slots.
@@ -88,8 +90,11 @@ public:
     /// The image of the current position.
     virtual QImage GetImg() = 0;
 
-    /// The image of any position; the current one does not move. Every call reads the page's file.
-    /// \return a null image when nothing can be shown.
+    /// The image of any position; the current one does not move. Every call reads the page's file,
+    /// once to learn its format and once to decode it.
+    /// \return the picture as it is encoded: in its own size in pixels and in the format that
+    ///         QImage decodes it to, whatever picture format of the host's Qt it is. A small file
+    ///         may announce a huge picture. Null when nothing can be shown.
     virtual QImage GetImg(const AnimStatus &status) = 0;
 
     /// Drops cached frame pictures. Pages that are pictures are never cached.

@@ -24,8 +24,8 @@ void DocDisplay_Imp::Destroy()
 
 void DocDisplay_Imp::Init(DocCovRslt::DOCRSLT_TYPE type, int pageCount)
 {
+    pageFileNames.resize(static_cast<size_t>(qMax(pageCount, 0))); // may throw: before any change
     docType = type;
-    pageFileNames.resize(static_cast<size_t>(qMax(pageCount, 0)));
     animStatus = {0, 0, 0};
 }
 
@@ -110,7 +110,9 @@ QImage DocDisplay_Imp::GetImg(const AnimStatus &status)
     if (!GetPageFileName(status.page, file) || file.isEmpty())
         return {};
     QByteArray data; // read for the format alone
-    if (EmfDeal::decodeEmf(file, data) == DocCovRslt::PAGE_FORMAT_PPT_ANIM)
+    const int fmt = EmfDeal::decodeEmf(file, data);
+    data.clear(); // not kept beside the payload that the picture is made of
+    if (fmt == DocCovRslt::PAGE_FORMAT_PPT_ANIM)
         return {};
     return GetNoPPTAnimPageImage(status.page);
 }

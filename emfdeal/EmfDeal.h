@@ -12,7 +12,10 @@
 ///
 /// Reading and writing keep no state: they may be called from any thread, at the same time. No
 /// operation throws or removes a file. Each failure is a result and a log line of level 2, module
-/// "VPrnt", with the file name in UTF-8.
+/// "VPrnt", with the file name in UTF-8. A pipe as a file is waited for, like any read of it.
+///
+/// The object is a thread, for the work that is done in the background. Reading and writing do not
+/// need it to run; whoever starts it ends it, with quit() and wait(), before deleting it.
 class DOCDISPLAY_EXPORT EmfDeal : public QNamedThread
 {
     Q_OBJECT
@@ -46,8 +49,8 @@ public:
     ///         bytes that were there when they are fewer than the header says.
     static int getPicDataFromFile(const QString &path, QByteArray &data);
 
-    /// Reads the page result file `path` as getPicDataFromFile() does, and accepts it only with a
-    /// format that can be shown and a payload that is not empty.
+    /// Reads the page result file `path` as getPicDataFromFile() does, `data` included, and accepts
+    /// it only with a format that can be shown and a payload that is not empty.
     /// \return 2 (JPG), 3 (slide animation data), 4 (PNG), or 5 when refused. A negative format is
     ///         returned as the file states it.
     static int decodeEmf(const QString &path, QByteArray &data);

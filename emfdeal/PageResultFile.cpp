@@ -7,6 +7,7 @@
 
 #include <array>
 #include <limits>
+#include <new>
 
 namespace {
 
@@ -16,20 +17,25 @@ constexpr const char *kModule = "VPrnt";
 constexpr qint64 kMaxByteArray = std::numeric_limits<int>::max() - 64;
 
 // Reads up to `count` bytes, growing with what the file has rather than with what is announced.
+// When memory runs out it ends like a file that does.
 QByteArray readUpTo(QFile &file, quint32 count)
 {
     constexpr qint64 kStep = 65536; // for files that do not tell their size
 
     const qint64 limit = qMin<qint64>(count, kMaxByteArray);
     QByteArray bytes;
-    while (bytes.size() < limit) {
-        const int have = bytes.size();
-        const qint64 step = qMin(limit - have, qMax(file.size() - file.pos(), kStep));
-        bytes.resize(have + static_cast<int>(step));
-        const qint64 got = file.read(bytes.data() + have, step);
-        bytes.resize(have + static_cast<int>(qMax<qint64>(got, 0)));
-        if (got <= 0)
-            break;
+    try {
+        while (bytes.size() < limit) {
+            const int have = bytes.size();
+            const qint64 step = qMin(limit - have, qMax(file.size() - file.pos(), kStep));
+            bytes.resize(have + static_cast<int>(step));
+            const qint64 got = file.read(bytes.data() + have, step);
+            bytes.resize(have + static_cast<int>(qMax<qint64>(got, 0)));
+            if (got <= 0)
+                break;
+        }
+    } catch (const std::bad_alloc &) {
+        return bytes;
     }
     return bytes;
 }

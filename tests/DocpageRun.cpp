@@ -36,13 +36,17 @@ QString describe(const QFileInfo &entry)
 
 } // namespace
 
-Outcome Workplace::run(const QStringList &arguments, const std::function<void()> &prepare,
-                       const QByteArray &locale) const
+Workplace::Workplace()
+    : environment(QProcessEnvironment::systemEnvironment())
+{
+    environment.insert(QStringLiteral("LC_ALL"), QStringLiteral("C.UTF-8"));
+    environment.insert(QStringLiteral("TMPDIR"), QStringLiteral("/dev/null"));
+}
+
+Outcome Workplace::run(const QStringList &arguments, const std::function<void()> &prepare) const
 {
     Process process;
     process.prepare = prepare;
-    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    environment.insert(QStringLiteral("LC_ALL"), QString::fromLatin1(locale));
     process.setProcessEnvironment(environment);
     process.setWorkingDirectory(dir.path());
     process.start(QStringLiteral(DOCPAGE_PROGRAM), arguments);

@@ -18,9 +18,13 @@ struct Outcome
 class Workplace
 {
 public:
+    Workplace();
+
     /// Runs docpage with the folder as its current one. `prepare` runs in the child beforehand.
-    Outcome run(const QStringList &arguments, const std::function<void()> &prepare = {},
-                const QByteArray &locale = "C.UTF-8") const;
+    Outcome run(const QStringList &arguments, const std::function<void()> &prepare = {}) const;
+
+    /// That of the runs. There is no folder for temporary files in it.
+    QProcessEnvironment environment;
 
     QString path(const QString &name) const { return dir.filePath(name); }
     void write(const QString &name, const QByteArray &content) const;

@@ -2,7 +2,7 @@
 docdisplay_test(tst_naturalorder LABELS tools LIBRARIES docpage_parts)
 docdisplay_test(tst_picturecheck LABELS tools LIBRARIES docpage_parts)
 
-docdisplay_test(tst_docpage LABELS tools SOURCES DocpageRun.cpp LIBRARIES Qt5::Gui)
+docdisplay_test(tst_docpage LABELS tools SOURCES DocpageRun.cpp LIBRARIES docpage_parts)
 add_dependencies(tst_docpage docpage)
 target_compile_definitions(tst_docpage PRIVATE
   DOCPAGE_PROGRAM="$<TARGET_FILE:docpage>"

@@ -1,5 +1,10 @@
 #include "DocpageRun.h"
 #include "TinyPictures.h"
+#include "emfdeal/EmfDeal.h"
+#include "tools/docpage/LibraryLog.h"
+#include "tools/docpage/PageFile.h"
+
+#include <KxBase/KxLog.h>
 
 #include <QElapsedTimer>
 #include <QImage>
@@ -77,6 +82,17 @@ bool isRoot()
     return ::geteuid() == 0;
 }
 
+#ifdef HAS_BIG_ADDRESS_SPACE
+const std::function<void()> limitMemory;
+#else
+// For the child: it gets 512 MiB at most.
+void limitMemory()
+{
+    const rlimit limit = {512 << 20, 512 << 20};
+    ::setrlimit(RLIMIT_AS, &limit);
+}
+#endif
+
 // For the child: writing more than `bytes` into a file fails, as on a full disk.
 std::function<void()> limitFileSize(rlim_t bytes)
 {
@@ -88,6 +104,14 @@ std::function<void()> limitFileSize(rlim_t bytes)
 }
 
 } // namespace
+
+// In the library's place for this program's own calls, not for those of the program under test.
+int EmfDeal::decodeEmf(const QString & /*path*/, QByteArray & /*data*/)
+{
+    for (const char *line : {"a line of the library", "the library's last line"})
+        KxBase::KxSDKCommonLog(Kxlogger::LOG_LEVEL_ERROR, "VPrnt", "%s", line);
+    return DocCovRslt::PAGE_FORMAT_NONE;
+}
 
 /// The program, run as a user runs it.
 class TestDocpage : public QObject
@@ -134,6 +158,8 @@ private Q_SLOTS:
     void badPageFile_data();
     void badPageFile();
     void hugeAnnouncementIsCheap();
+    void tooLittleMemory();
+    void faultThatOnlyTheLibraryTells();
     void badOutput_data();
     void badOutput();
     void inputIsNeverReplaced_data();
@@ -181,6 +207,7 @@ private Q_SLOTS:
 
     void namesOfAllKinds_data();
     void namesOfAllKinds();
+    void speaksEnglishInEveryLocale();
     void roundTrip();
 };
 
@@ -450,18 +477,33 @@ void TestDocpage::badPageFile()
 void TestDocpage::hugeAnnouncementIsCheap()
 {
     place->write(text("bad"), hex("88 88 88 88 01 01 02 00 00 00 ff ff ff 7f") + "payload");
-    const auto limitMemory = [] {
-#ifndef HAS_BIG_ADDRESS_SPACE
-        const rlimit limit = {512 << 20, 512 << 20};
-        ::setrlimit(RLIMIT_AS, &limit);
-#endif
-    };
     QElapsedTimer timer;
     timer.start();
     QCOMPARE(place->run(words("info bad"), limitMemory).status, 1);
     QCOMPARE(place->run(words("unwrap bad -o new"), limitMemory).status, 1);
     QCOMPARE(place->run(words("render bad -o new.png"), limitMemory).status, 1);
     QVERIFY(timer.elapsed() < 3000);
+}
+
+void TestDocpage::tooLittleMemory()
+{
+#ifndef HAS_BIG_ADDRESS_SPACE
+    place->write(text("huge"), hex("88 88 88 88 01 01 02 00 00 00 00 00 00 70"));
+    QVERIFY(QFile::resize(place->path(text("huge")), Q_INT64_C(0x7000000E)));
+    const Outcome outcome = place->run(words("info huge"), limitMemory);
+    QCOMPARE(outcome.err, QByteArray("docpage: out of memory\n"));
+    QCOMPARE(outcome.status, 1);
+#endif
+}
+
+void TestDocpage::faultThatOnlyTheLibraryTells()
+{
+    const QtMessageHandler handler = qInstallMessageHandler(nullptr);
+    LibraryLog::divert();
+    qInstallMessageHandler(handler);
+    const PageFile page = PageFile::read(place->path(text("png_page")));
+    KxBase::KxSetLogSink(nullptr, nullptr);
+    QCOMPARE(page.fault, text("the library's last line"));
 }
 
 void TestDocpage::badOutput_data()
@@ -1088,6 +1130,8 @@ void TestDocpage::renderOutOfRange_data()
     row("render png_page -o new.png --page 4294967295",
         "png_page: page 4294967295 is out of range, the document has 1 page");
     row("render empty -o new.png", "empty: page 0 is out of range, the document has 0 pages");
+    if (!isRoot())
+        row("render closed -o new.png", "closed: the folder cannot be read");
 }
 
 void TestDocpage::renderOutOfRange()
@@ -1095,7 +1139,11 @@ void TestDocpage::renderOutOfRange()
     QFETCH(QStringList, arguments);
     QFETCH(QByteArray, line);
     QVERIFY(QDir(place->path({})).mkdir(text("empty")));
+    QVERIFY(QDir(place->path({})).mkdir(text("closed")));
+    QVERIFY(QFile::setPermissions(place->path(text("closed")), QFile::WriteOwner));
     verifyFails(arguments, 1, line);
+    QVERIFY(QFile::setPermissions(place->path(text("closed")), // so that it can be removed
+                                  QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner));
 }
 
 void TestDocpage::renderRefuses_data()
@@ -1160,9 +1208,8 @@ void TestDocpage::namesOfAllKinds()
     QFETCH(QString, name);
     QFETCH(QByteArray, shown);
     QFETCH(QByteArray, locale);
-    const auto run = [&](const QStringList &arguments) {
-        return place->run(arguments, {}, locale);
-    };
+    place->environment.insert(text("LC_ALL"), text(locale.constData()));
+    const auto run = [&](const QStringList &arguments) { return place->run(arguments); };
 
     place->write(name, TinyPictures::png());
     const QString folder = name + text(".d");
@@ -1190,6 +1237,18 @@ void TestDocpage::namesOfAllKinds()
     outcome = run({name});
     QCOMPARE(outcome.err, "docpage: Unknown command '" + shown + "'.\nTry 'docpage --help'.\n");
     QCOMPARE(outcome.status, 2);
+}
+
+void TestDocpage::speaksEnglishInEveryLocale()
+{
+    // Where this fails there is no such locale, and the test no more than one without it.
+    QProcess::execute(text("localedef"), {text("-c"), text("-i"), text("de_DE"), text("-f"),
+                                          text("UTF-8"), place->path(text("de_DE.UTF-8"))});
+    place->environment.insert(text("LOCPATH"), place->path(QString()));
+    place->environment.insert(text("LC_ALL"), text("de_DE.UTF-8"));
+    place->environment.insert(text("LANGUAGE"), text("de"));
+    QCOMPARE(place->run(words("info red.png/page")).err,
+             QByteArray("docpage: red.png/page: Not a directory\n"));
 }
 
 void TestDocpage::roundTrip()

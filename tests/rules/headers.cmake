@@ -23,8 +23,8 @@ get_property(public_headers GLOBAL PROPERTY DOCDISPLAY_PUBLIC_HEADERS)
 docdisplay_check_headers(headers_docdisplay HEADERS ${public_headers} LIBRARIES docdisplay)
 if(DOCDISPLAY_KXBASE STREQUAL "bundled")
   docdisplay_check_headers(headers_kxbase
-    HEADERS KxBase/KxByteArray.h KxBase/KxLog.h KxBase/KxVariant.h KxBase/KxVariantMap.h
+    HEADERS KxBase/KxGlobal.h KxBase/KxByteArray.h KxBase/KxLog.h KxBase/KxVariant.h KxBase/KxVariantMap.h
     LIBRARIES KxBase::kxbase)
   docdisplay_check_headers(headers_kxcommon
-    HEADERS KxCommon/KxIniFile.h LIBRARIES KxCommon::kxcommon)
+    HEADERS KxCommon/KxGlobal.h KxCommon/KxIniFile.h LIBRARIES KxCommon::kxcommon)
 endif()

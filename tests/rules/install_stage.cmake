@@ -1,7 +1,7 @@
 include("${CMAKE_CURRENT_LIST_DIR}/run.cmake")
 file(REMOVE_RECURSE "${STAGE}" "${STAGE}.moved")
 # Moved after it was installed: nothing in it may hold its place.
-run("the installation" "${CMAKE_COMMAND}" --install "${BUILD}" --prefix "${STAGE}.moved")
+run("the installation" "${CMAKE_COMMAND}" --install "${BUILD}" --config "${CONFIG}" --prefix "${STAGE}.moved")
 file(RENAME "${STAGE}.moved" "${STAGE}")
 file(GLOB_RECURSE installed RELATIVE "${STAGE}" "${STAGE}/*")
 foreach(file include/DocDisplay/docdisplay/DocDisplayMgr.h include/DocDisplay/emfdeal/EmfDeal.h

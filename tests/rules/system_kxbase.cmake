@@ -1,11 +1,10 @@
 # Against in-house libraries that are installed: by their CMake packages, and as a bare folder with
 # include/ and lib/ alone.
 include("${CMAKE_CURRENT_LIST_DIR}/run.cmake")
-file(REMOVE_RECURSE "${WORK}/kx" "${WORK}/root" "${WORK}/packages" "${WORK}/stage" "${WORK}/host")
+file(REMOVE_RECURSE "${WORK}/kx" "${WORK}/root" "${WORK}/packages" "${WORK}/stage" "${WORK}/host" "${WORK}/optional")
 set(ours_off -DDOCDISPLAY_BUILD_TESTS=OFF -DDOCDISPLAY_BUILD_TOOLS=OFF
     -DDOCDISPLAY_BUILD_BENCHMARKS=OFF)
 
-file(MAKE_DIRECTORY "${WORK}/packages-prefix")
 file(COPY "${STAGE}/" DESTINATION "${WORK}/kx")
 file(GLOB_RECURSE ours "${WORK}/kx/*ocdisplay*" "${WORK}/kx/include/DocDisplay/*")
 file(REMOVE ${ours})
@@ -35,6 +34,10 @@ run("configuring the host" "${CMAKE_COMMAND}" -S "${CMAKE_CURRENT_LIST_DIR}/cons
     "-DKXBASE_ROOT=${WORK}/kx" "-DHOST=${HOST}")
 run("building the host" "${CMAKE_COMMAND}" --build "${WORK}/host")
 run_host("${WORK}/host/host")
+
+# Without them it is not found, which an optional search survives.
+run("an optional search" "${CMAKE_COMMAND}" -S "${CMAKE_CURRENT_LIST_DIR}/optional"
+    -B "${WORK}/optional" ${same_tools} "-DCMAKE_PREFIX_PATH=${WORK}/stage")
 
 set(ENV{PKG_CONFIG_PATH} "${WORK}/stage/${LIBDIR}/pkgconfig")
 run("pkg-config" "${PKG_CONFIG}" --cflags --libs docdisplay)

@@ -1,6 +1,7 @@
 #include <KxBase/KxLog.h>
 
 #include <cerrno>
+#include <csignal>
 #include <cstdarg>
 #include <cstdio>
 #include <cstring>
@@ -8,6 +9,7 @@
 #include <string>
 
 #include <poll.h>
+#include <pthread.h>
 #include <unistd.h>
 
 using Kxlogger::E_LOG_LEVEL_DEF;
@@ -110,8 +112,38 @@ std::string standardErrorLine(E_LOG_LEVEL_DEF level, const char *module, const s
     return line + '\n';
 }
 
+/// Keeps a write to a pipe that nobody reads from ending the process by SIGPIPE.
+class PipeSignalBlocker
+{
+public:
+    PipeSignalBlocker()
+    {
+        sigset_t pending;
+        sigpending(&pending);
+        m_wasPending = sigismember(&pending, SIGPIPE) == 1;
+        sigemptyset(&m_signal);
+        sigaddset(&m_signal, SIGPIPE);
+        pthread_sigmask(SIG_BLOCK, &m_signal, &m_before);
+    }
+    ~PipeSignalBlocker()
+    {
+        const timespec now = {0, 0};
+        while (!m_wasPending && sigtimedwait(&m_signal, nullptr, &now) == -1 && errno == EINTR) {
+        }
+        pthread_sigmask(SIG_SETMASK, &m_before, nullptr);
+    }
+    PipeSignalBlocker(const PipeSignalBlocker &) = delete;
+    PipeSignalBlocker &operator=(const PipeSignalBlocker &) = delete;
+
+private:
+    sigset_t m_signal = {};
+    sigset_t m_before = {};
+    bool m_wasPending = false;
+};
+
 void writeToStandardError(const std::string &line)
 {
+    const PipeSignalBlocker noPipeSignal;
     const char *rest = line.data();
     std::size_t left = line.size();
     while (left > 0) {
