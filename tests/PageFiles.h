@@ -9,16 +9,22 @@
 /// Pictures and page result files made beside the library, for the tests of what reads them.
 namespace PageFiles {
 
-/// A picture of one colour, encoded as "PNG" or "JPG" by Qt.
-inline QByteArray picture(const QColor &colour, const char *format, QSize size = {4, 3})
+/// A picture, encoded as "PNG" or "JPG" by Qt.
+inline QByteArray encoded(const QImage &image, const char *format)
 {
-    QImage image(size, QImage::Format_RGB32);
-    image.fill(colour);
     QByteArray bytes;
     QBuffer buffer(&bytes);
     if (!buffer.open(QIODevice::WriteOnly) || !image.save(&buffer, format, 100))
         qFatal("cannot encode the test's picture");
     return bytes;
+}
+
+/// A picture of one colour.
+inline QByteArray picture(const QColor &colour, const char *format, QSize size = {4, 3})
+{
+    QImage image(size, QImage::Format_RGB32);
+    image.fill(colour);
+    return encoded(image, format);
 }
 
 /// The bytes of a page result file.

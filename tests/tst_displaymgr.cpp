@@ -5,9 +5,11 @@
 #include <QSignalSpy>
 #include <QtTest>
 
+#include <atomic>
 #include <climits>
 #include <cstring>
 #include <memory>
+#include <thread>
 #include <type_traits>
 
 using Status = DocDisplayMgr::AnimStatus;
@@ -102,7 +104,7 @@ private Q_SLOTS:
         QCOMPARE(offsetof(Status, page), size_t(0));
         QCOMPARE(offsetof(Status, step), size_t(4));
         QCOMPARE(offsetof(Status, passedDuration), size_t(8));
-        QVERIFY(std::is_trivially_copyable_v<Status>);
+        QVERIFY(std::is_trivial_v<Status>);
     }
 
     // Hosts are compiled against the table's order.
@@ -243,6 +245,10 @@ private Q_SLOTS:
         QTEST(mgr->GetPageCount(), "pages");
         QTEST(mgr->SetCurPage(0) ? 100000U : 0U, "pages");
         QCOMPARE(mgr->GetActionState(), count > 0 ? 1 : 9);
+        mgr->Init(DocCovRslt::DOCRSLT_PPT_ANIM, count);
+        QVERIFY(mgr->IsDocHaveAnimation());
+        mgr->Init(DocCovRslt::DOCRSLT_PICTURE, count);
+        QVERIFY(!mgr->IsDocHaveAnimation());
     }
 
     void initStartsOver()
@@ -315,9 +321,13 @@ private Q_SLOTS:
         QFETCH(unsigned int, page);
         for (const int kind : {0, 2}) {
             const Manager mgr = manager(kind, pages);
-            mgr->SetCurPage(page);
+            mgr->SetAnimStatus({page, 5, 6}); // only the page counts
             QTEST(mgr->GetActionState(), "state");
         }
+        // The bits of the page are those of a deck, too.
+        const Manager deck = manager(1, pages);
+        deck->SetCurPage(page);
+        QTEST(deck->GetActionState() & 0x9, "state");
         QCOMPARE(int(DocDisplayMgr::ACTION_FIRST_PAGE), 0x1);
         QCOMPARE(int(DocDisplayMgr::ACTION_AT_HOME), 0x2);
         QCOMPARE(int(DocDisplayMgr::ACTION_AT_END), 0x4);
@@ -458,7 +468,80 @@ private Q_SLOTS:
     {
         const Manager mgr = manager(1, 2);
         QVERIFY(mgr->AddDocPage(0, redPng));
+        QVERIFY(mgr->AddDocPage(1, greenPngAsJpg));
         QCOMPARE(mgr->GetImg({0, 3, 4}).pixel(0, 0), qRgb(255, 0, 0));
+        QCOMPARE(mgr->GetImg().pixel(0, 0), qRgb(255, 0, 0));
+        QCOMPARE(mgr->GetImg({1, 0, 0}).pixel(0, 0), qRgb(0, 255, 0));
+        QVERIFY(mgr->SetAnimStatus({1, 2, 3}));
+        QCOMPARE(mgr->GetImg().pixel(0, 0), qRgb(0, 255, 0));
+        QCOMPARE(mgr->GetImg({0, 0, 0}).pixel(0, 0), qRgb(255, 0, 0));
+    }
+
+    // The image is what Qt decodes, unconverted.
+    void imagesAreAsEncoded_data()
+    {
+        QTest::addColumn<QByteArray>("payload");
+        QTest::addColumn<int>("pageFormat");
+        QImage translucent(3, 2, QImage::Format_ARGB32);
+        translucent.fill(QColor(10, 20, 30, 40));
+        QImage indexed(3, 2, QImage::Format_Indexed8);
+        indexed.setColorTable({qRgb(1, 2, 3), qRgb(4, 5, 6)});
+        indexed.fill(1);
+        QTest::newRow("translucent PNG") << PageFiles::encoded(translucent, "PNG") << 4;
+        QTest::newRow("indexed PNG") << PageFiles::encoded(indexed, "PNG") << 4;
+        QTest::newRow("JPG in a page that says PNG") << PageFiles::picture(Qt::blue, "JPG") << 4;
+        QTest::newRow("grey JPG") << PageFiles::encoded(
+                                         translucent.convertToFormat(QImage::Format_Grayscale8),
+                                         "JPG")
+                                  << 2;
+    }
+    void imagesAreAsEncoded()
+    {
+        QFETCH(QByteArray, payload);
+        QFETCH(int, pageFormat);
+        const Manager mgr = manager(0, 1);
+        QVERIFY(
+            mgr->AddDocPage(0, PageFiles::write(dir, QStringLiteral("as encoded"),
+                                                PageFiles::pageResultFile(pageFormat, payload))));
+        const QImage expected = QImage::fromData(payload);
+        QVERIFY(!expected.isNull());
+        QCOMPARE(mgr->GetImg().format(), expected.format());
+        QCOMPARE(mgr->GetImg(), expected);
+    }
+
+    void clearingTheCacheKeepsTheDocument()
+    {
+        const Manager mgr = manager(0, 2);
+        QVERIFY(mgr->AddDocPage(1, redPng));
+        QVERIFY(mgr->SetAnimStatus({1, 2, 3}));
+        mgr->ClearPicCach();
+        QCOMPARE(position(*mgr), at(1, 2, 3));
+        QCOMPARE(mgr->GetImg().pixel(0, 0), qRgb(255, 0, 0));
+    }
+
+    void aFileThatGoesAway()
+    {
+        const Manager mgr = manager(0, 1);
+        const QString file = PageFiles::write(dir, QStringLiteral("going"), "x");
+        QVERIFY(mgr->AddDocPage(0, file));
+        QCOMPARE(mgr->IsPageCanDisplay(0), true);
+        QVERIFY(QFile::remove(file));
+        QCOMPARE(mgr->IsPageCanDisplay(0), false);
+    }
+
+    void managersOnTwoThreads()
+    {
+        std::atomic<int> right{0};
+        const auto show = [&](const QString &file, QRgb colour) {
+            const Manager mgr = manager(0, 1);
+            mgr->AddDocPage(0, file);
+            for (int i = 0; i < 50; ++i)
+                right += mgr->GetImg().pixel(0, 0) == colour ? 1 : 0;
+        };
+        std::thread other([&] { show(greenPngAsJpg, qRgb(0, 255, 0)); });
+        show(redPng, qRgb(255, 0, 0));
+        other.join();
+        QCOMPARE(right.load(), 100);
     }
 
     // Slide animation data is never decoded as a picture, even if it is one.

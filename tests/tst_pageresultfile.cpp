@@ -79,7 +79,11 @@ private:
     }
 
 private Q_SLOTS:
-    void initTestCase() { QVERIFY(dir.isValid()); }
+    void initTestCase()
+    {
+        QVERIFY(dir.isValid());
+        std::signal(SIGPIPE, SIG_IGN); // of the writers whose reader has seen enough
+    }
 
     void header_data()
     {
@@ -177,11 +181,33 @@ private Q_SLOTS:
                  failureLines({QStringLiteral("CreateEmfDealRsltFile! (err:5, file:%1)")}, file));
     }
 
+    void noDescriptorLeft()
+    {
+        const QString file = write("x", "one more");
+        LogSpy log;
+        EmfDeal enc;
+        EmfDeal::PageCovrRslt rslt{"x", DocCovRslt::PAGE_FORMAT_PNG};
+        QByteArray data;
+        bool written = true;
+        int format = 0;
+        {
+            const ResourceLimit limit(RLIMIT_NOFILE, 0);
+            written = enc.WriteEmfDealRsltFile(file, rslt);
+            format = EmfDeal::getPicDataFromFile(file, data);
+        }
+        QVERIFY(!written);
+        QCOMPARE(format, 5);
+        QCOMPARE(log.takeLines(),
+                 failureLines({QStringLiteral("CreateEmfDealRsltFile! (err:4, file:%1)"),
+                               QStringLiteral("IsEmfDealRsltFile, open fialed! (err:4, file:%1)")},
+                              file));
+    }
+
     void writeThatFallsShort()
     {
         // The header fits, the payload does not; what was written stays.
         std::signal(SIGXFSZ, SIG_IGN);
-        const QString file = path("cut short");
+        const QString file = path("cut short ä");
         LogSpy log;
         EmfDeal enc;
         EmfDeal::PageCovrRslt rslt{QByteArray(100000, 'p'), DocCovRslt::PAGE_FORMAT_PNG};
@@ -193,14 +219,9 @@ private Q_SLOTS:
         QVERIFY(!written);
         QCOMPARE(contentOf(file),
                  hex("88888888 0101 04000000 A0860100") + QByteArray(20000 - 14, 'p'));
-        const QStringList lines = log.takeLines();
-        QCOMPARE(lines.size(), 1);
-        QVERIFY2(QRegularExpression(
-                     QStringLiteral("^2 VPrnt WrtEmfDealRsltFile! \\(err:\\d+, file:%1\\)$")
-                         .arg(QRegularExpression::escape(file)))
-                     .match(lines.constFirst())
-                     .hasMatch(),
-                 qPrintable(lines.constFirst()));
+        // The system took a part and reported no error.
+        QCOMPARE(log.takeLines(),
+                 failureLines({QStringLiteral("WrtEmfDealRsltFile! (err:0, file:%1)")}, file));
     }
 
     void writeToAFullDevice()
@@ -316,7 +337,7 @@ private Q_SLOTS:
         QFETCH(QByteArray, content);
         QFETCH(QStringList, readerLines);
         QFETCH(QStringList, gateLines);
-        const QString file = write(content);
+        const QString file = write(content, "page ä");
         LogSpy log;
 
         QByteArray data("before");
@@ -338,6 +359,8 @@ private Q_SLOTS:
         QTest::newRow("missing") << path("missing") << open;
         QTest::newRow("no name") << QString() << open;
         QTest::newRow("a folder") << dir.path() << open;
+        QVERIFY(QFile::link(path("missing"), path("dangling link")));
+        QTest::newRow("a link to nothing") << path("dangling link") << open;
         QTest::newRow("below a file") << write("x", "file") + QStringLiteral("/page") << open;
         QTest::newRow("percent signs and letters") << path("100%d%n%s ä€😀") << open;
         // A failed read is not taken for a short one.
@@ -390,6 +413,8 @@ private Q_SLOTS:
                     file.write(hex("88888888 0101 04000000 E0930400"));
                     for (int at = 0; at < payload.size() - missing; at += 1000)
                         file.write(payload.mid(at, qMin(1000, payload.size() - missing - at)));
+                    if (missing == 0)
+                        file.write("behind the payload");
                 }
             });
             LogSpy log;
@@ -406,6 +431,57 @@ private Q_SLOTS:
                                                         "!= headDatSize:300000")},
                                         fifo));
         }
+    }
+
+    void pipeThatEndsInTheHeader()
+    {
+        const QString fifo = path("short fifo");
+        QCOMPARE(mkfifo(fifo.toUtf8().constData(), 0600), 0);
+        std::thread writer([&] {
+            QFile file(fifo);
+            if (file.open(QIODevice::WriteOnly | QIODevice::Unbuffered))
+                file.write(hex("88888888 0101"));
+        });
+        LogSpy log;
+        QByteArray data("before");
+        QCOMPARE(EmfDeal::getPicDataFromFile(fifo, data), 5);
+        writer.join();
+        QCOMPARE(data, QByteArray("before"));
+        QCOMPARE(
+            log.takeLines(),
+            failureLines({QStringLiteral("IsEmfDealRsltFile, file too small! (file:%1, size:0)")},
+                         fifo));
+    }
+
+    void manyMegabytes()
+    {
+        QByteArray payload(3'000'000, '\0');
+        for (int i = 0; i < payload.size(); ++i)
+            payload[i] = static_cast<char>(i % 251);
+        const QString file = write(hex("88888888 0101 02000000 C0C62D00") + payload, "large");
+        QByteArray data;
+        QCOMPARE(EmfDeal::decodeEmf(file, data), 2);
+        QVERIFY(data == payload);
+    }
+
+    // A payload that really is there, but finds no memory, is one that falls short.
+    void noMemoryForThePayload()
+    {
+        if (kSanitized)
+            return; // the sanitizers' allocators end the process instead
+        const QString name = write(hex("88888888 0101 04000000 00002040"), "sparse");
+        QVERIFY(QFile::resize(name, 14 + 0x40200000LL));
+        LogSpy log;
+        QByteArray data;
+        int format = 0;
+        {
+            const ResourceLimit limit(RLIMIT_AS, addressSpaceInUse() + 256 * 1024 * 1024);
+            format = EmfDeal::decodeEmf(name, data);
+        }
+        QCOMPARE(format, 5);
+        QCOMPARE(data.size(), 0);
+        QCOMPARE(log.takeLines().constFirst(),
+                 QStringLiteral("2 VPrnt getPicDataFromFile readSize:0 != headDatSize:1075838976"));
     }
 
     // A length is only a claim: a short file is refused at once, without room for what it claims.
@@ -446,16 +522,20 @@ private Q_SLOTS:
                 f.write(whole);
             }
         });
-        for (int i = 0; i < 300; ++i) {
+        int whole4 = 0;
+        int other = 0;
+        for (int i = 0; i < 300 || (whole4 == 0 && i < 100000); ++i) {
             QByteArray data;
             const int format = EmfDeal::getPicDataFromFile(file, data);
             if (format == 4)
-                QCOMPARE(data.size(), 200000);
-            else
-                QCOMPARE(format, 5);
+                ++whole4;
+            if (!(format == 4 && data.size() == 200000) && format != 5)
+                ++other;
         }
         done = true;
         changer.join();
+        QVERIFY(whole4 > 0);
+        QCOMPARE(other, 0);
     }
 
     void readersOnSeveralThreads()
@@ -508,11 +588,9 @@ private Q_SLOTS:
     void typesAreRegistered()
     {
         const EmfDeal enc;
-        QCOMPARE(QMetaType::type("DocCovRslt::PAGE_FORMAT_DEF"),
-                 qMetaTypeId<DocCovRslt::PAGE_FORMAT_DEF>());
-        QCOMPARE(QMetaType::type("DocCovRslt::DOCRSLT_TYPE"),
-                 qMetaTypeId<DocCovRslt::DOCRSLT_TYPE>());
+        // By name only: to ask for the identifier of the type would register it.
         QVERIFY(QMetaType::type("DocCovRslt::PAGE_FORMAT_DEF") != QMetaType::UnknownType);
+        QVERIFY(QMetaType::type("DocCovRslt::DOCRSLT_TYPE") != QMetaType::UnknownType);
     }
 
     void theEncoderIsANamedThreadNotYetStarted()
@@ -522,6 +600,9 @@ private Q_SLOTS:
         QCOMPARE(QByteArray(enc.metaObject()->className()), QByteArray("EmfDeal"));
         QCOMPARE(enc.objectName(), QStringLiteral("EmfDeal"));
         QVERIFY(!enc.isRunning());
+        QCOMPARE(enc.parent(), nullptr);
+        QObject parent;
+        QCOMPARE((new EmfDeal(&parent))->parent(), &parent);
     }
 };
 
