@@ -94,6 +94,43 @@ void TestPictureCheck::complete_data()
     QTest::newRow("PNG: end chunk with data")
         << png({kHeader, kPixels, "00 00 00 01 49 45 4e 44 78 8f c4 b6 ef "}) << kPng;
 
+    QTest::newRow("PNG: 1 bits of grey")
+        << png({"00 00 00 0d 49 48 44 52 00 00 00 04 00 00 00 03 01 00 00 00 00 9c 8f 93 6b ",
+                kPixels, kEnd})
+        << kPng;
+    QTest::newRow("PNG: 2 bits of grey")
+        << png({"00 00 00 0d 49 48 44 52 00 00 00 04 00 00 00 03 02 00 00 00 00 db 2f e9 bb ",
+                kPixels, kEnd})
+        << kPng;
+    QTest::newRow("PNG: 4 bits of grey")
+        << png({"00 00 00 0d 49 48 44 52 00 00 00 04 00 00 00 03 04 00 00 00 00 54 6f 1c 1b ",
+                kPixels, kEnd})
+        << kPng;
+    QTest::newRow("PNG: 16 bits of grey")
+        << png({"00 00 00 0d 49 48 44 52 00 00 00 04 00 00 00 03 10 00 00 00 00 c1 0f 2d 59 ",
+                kPixels, kEnd})
+        << kPng;
+    QTest::newRow("PNG: 16 bits of red, green, blue")
+        << png({"00 00 00 0d 49 48 44 52 00 00 00 04 00 00 00 03 10 02 00 00 00 6b 06 e5 d2 ",
+                kPixels, kEnd})
+        << kPng;
+    QTest::newRow("PNG: grey with alpha")
+        << png({"00 00 00 0d 49 48 44 52 00 00 00 04 00 00 00 03 08 04 00 00 00 1e fd 66 4d ",
+                kPixels, kEnd})
+        << kPng;
+    QTest::newRow("PNG: red, green, blue with alpha")
+        << png({"00 00 00 0d 49 48 44 52 00 00 00 04 00 00 00 03 08 06 00 00 00 b4 f4 ae c6 ",
+                kPixels, kEnd})
+        << kPng;
+    QTest::newRow("PNG: interlaced")
+        << png({"00 00 00 0d 49 48 44 52 00 00 00 04 00 00 00 03 08 02 00 00 01 4c 91 09 07 ",
+                kPixels, kEnd})
+        << kPng;
+    QTest::newRow("PNG: palette")
+        << png({"00 00 00 0d 49 48 44 52 00 00 00 04 00 00 00 03 08 03 00 00 00 83 2a 5e f4 ",
+                "00 00 00 03 50 4c 54 45 ff 00 00 19 e2 09 37 ", kPixels, kEnd})
+        << kPng;
+
     QTest::newRow("JPG") << tinyJpg << kJpg;
     QTest::newRow("JPG: one byte after the end is ignored") << tinyJpg + '\xff' << kJpg;
     QTest::newRow("JPG: a second one after the end is ignored") << tinyJpg + tinyJpg << kJpg;
@@ -143,6 +180,65 @@ void TestPictureCheck::refused_data()
     row("PNG with its line ends changed", hex("89 50 4e 47 0a 1a 0a"), kNone, kNeither);
     row("page result file", hex("88 88 88 88 01 01 04 00 00 00 01 00 00 00 00"), kNone, kNeither);
 
+    row("PNG: too wide",
+        png({"00 00 00 0d 49 48 44 52 80 00 00 00 00 00 00 03 08 02 00 00 00 92 17 bc fc ", kPixels,
+             kEnd}),
+        kPng, "PNG picture is corrupt (picture size)");
+    row("PNG: too high",
+        png({"00 00 00 0d 49 48 44 52 00 00 00 04 ff ff ff ff 08 02 00 00 00 a4 f4 a0 6e ", kPixels,
+             kEnd}),
+        kPng, "PNG picture is corrupt (picture size)");
+    row("PNG: 7 bits a sample",
+        png({"00 00 00 0d 49 48 44 52 00 00 00 04 00 00 00 03 07 00 00 00 00 13 cf 66 cb ", kPixels,
+             kEnd}),
+        kPng, "PNG picture is corrupt (header)");
+    row("PNG: 4 bits of red, green, blue",
+        png({"00 00 00 0d 49 48 44 52 00 00 00 04 00 00 00 03 04 02 00 00 00 fe 66 d4 90 ", kPixels,
+             kEnd}),
+        kPng, "PNG picture is corrupt (header)");
+    row("PNG: 16 bits into a palette",
+        png({"00 00 00 0d 49 48 44 52 00 00 00 04 00 00 00 03 10 03 00 00 00 d3 ba 82 b7 ", kPixels,
+             kEnd}),
+        kPng, "PNG picture is corrupt (header)");
+    row("PNG: 32 bits of grey",
+        png({"00 00 00 0d 49 48 44 52 00 00 00 04 00 00 00 03 20 00 00 00 00 60 2e 95 df ", kPixels,
+             kEnd}),
+        kPng, "PNG picture is corrupt (header)");
+    row("PNG: no bits",
+        png({"00 00 00 0d 49 48 44 52 00 00 00 04 00 00 00 03 00 00 00 00 00 a1 ef ba db ", kPixels,
+             kEnd}),
+        kPng, "PNG picture is corrupt (header)");
+    row("PNG: kind of colour 1",
+        png({"00 00 00 0d 49 48 44 52 00 00 00 04 00 00 00 03 08 01 00 00 00 29 23 96 7f ", kPixels,
+             kEnd}),
+        kPng, "PNG picture is corrupt (header)");
+    row("PNG: kind of colour 9",
+        png({"00 00 00 0d 49 48 44 52 00 00 00 04 00 00 00 03 08 09 00 00 00 ec 97 be 90 ", kPixels,
+             kEnd}),
+        kPng, "PNG picture is corrupt (header)");
+    row("PNG: compression 1",
+        png({"00 00 00 0d 49 48 44 52 00 00 00 04 00 00 00 03 08 02 01 00 00 3a 54 53 a6 ", kPixels,
+             kEnd}),
+        kPng, "PNG picture is corrupt (header)");
+    row("PNG: filter 1",
+        png({"00 00 00 0d 49 48 44 52 00 00 00 04 00 00 00 03 08 02 00 01 00 22 8d 08 d0 ", kPixels,
+             kEnd}),
+        kPng, "PNG picture is corrupt (header)");
+    row("PNG: interlace 2",
+        png({"00 00 00 0d 49 48 44 52 00 00 00 04 00 00 00 03 08 02 00 00 02 d5 98 58 bd ", kPixels,
+             kEnd}),
+        kPng, "PNG picture is corrupt (header)");
+    row("PNG: palette missing",
+        png({"00 00 00 0d 49 48 44 52 00 00 00 04 00 00 00 03 08 03 00 00 00 83 2a 5e f4 ", kPixels,
+             kEnd}),
+        kPng, "PNG picture is corrupt (no palette)");
+    row("PNG: palette too late",
+        png({"00 00 00 0d 49 48 44 52 00 00 00 04 00 00 00 03 08 03 00 00 00 83 2a 5e f4 ", kPixels,
+             "00 00 00 03 50 4c 54 45 ff 00 00 19 e2 09 37 ", kEnd}),
+        kPng, "PNG picture is corrupt (no palette)");
+    row("PNG: unknown chunk that is needed",
+        png({kHeader, "00 00 00 01 41 42 43 44 78 2a bb 56 c4 ", kPixels, kEnd}), kPng,
+        "PNG picture is corrupt (unknown chunk ABCD)");
     row("PNG: nothing after the signature", png({}), kPng, kPngTruncated);
     row("PNG: header missing", png({kPixels, kEnd}), kPng, "PNG picture is corrupt (header)");
     row("PNG: header without data", png({"00 00 00 00 49 48 44 52 a8 a1 ae 0a ", kPixels, kEnd}),

@@ -2,26 +2,42 @@
 
 #include <KxBase/KxLog.h>
 
+#include <utility>
+
 #include <fcntl.h>
 #include <unistd.h>
 
 namespace {
 
-QString last;
+constexpr int kMaxMessages = 65536; // characters
+
+QString firstLine; // since it was taken
+QString messages;  // since they were taken
 
 } // namespace
 
 void LibraryLog::divert()
 {
-    KxBase::KxSetLogSink([](void *, Kxlogger::E_LOG_LEVEL_DEF, const char *,
-                            const char *message) { last = QString::fromUtf8(message); },
-                         nullptr);
-    qInstallMessageHandler([](QtMsgType, const QMessageLogContext &, const QString &) {});
+    KxBase::KxSetLogSink(
+        [](void *, Kxlogger::E_LOG_LEVEL_DEF, const char *, const char *message) {
+            if (firstLine.isEmpty())
+                firstLine = QString::fromUtf8(message);
+        },
+        nullptr);
+    qInstallMessageHandler([](QtMsgType, const QMessageLogContext &, const QString &message) {
+        if (messages.size() < kMaxMessages)
+            messages += message + QLatin1Char('\n');
+    });
 }
 
-QString LibraryLog::lastLine()
+QString LibraryLog::takeFirstLine()
 {
-    return last;
+    return std::exchange(firstLine, QString());
+}
+
+QString LibraryLog::takeMessages()
+{
+    return std::exchange(messages, QString());
 }
 
 LibraryLog::DecoderSilence::DecoderSilence()

@@ -9,8 +9,12 @@ namespace LibraryLog {
 /// Keeps what the library and Qt log off standard error from now on.
 void divert();
 
-/// The library's last line, for a fault that nothing else explains.
-QString lastLine();
+/// The library's first line since the last call, for a fault that nothing else explains: the cause
+/// is logged first, then what comes of it.
+QString takeFirstLine();
+
+/// What Qt and its decoders have reported since the last call; of a flood, the beginning.
+QString takeMessages();
 
 /// Silences standard error while it lives: some decoders write to it themselves.
 class DecoderSilence

@@ -4,7 +4,9 @@
 #include <QFileInfo>
 #include <QTemporaryFile>
 
+#include <algorithm>
 #include <cerrno>
+#include <csignal>
 #include <cstdio>
 
 #include <sys/stat.h>
@@ -30,13 +32,49 @@ void setDefaultPermissions(QFile &file)
     ::fchmod(file.handle(), 0666 & ~mask);
 }
 
+// While it lives, what ends the program waits, so that no temporary file stays behind.
+class EndHeld
+{
+public:
+    EndHeld()
+    {
+        sigemptyset(&m_held);
+        for (const int signal : {SIGHUP, SIGINT, SIGQUIT, SIGTERM})
+            sigaddset(&m_held, signal);
+        ::pthread_sigmask(SIG_BLOCK, &m_held, &m_before);
+    }
+    ~EndHeld() { ::pthread_sigmask(SIG_SETMASK, &m_before, nullptr); }
+    Q_DISABLE_COPY_MOVE(EndHeld)
+
+    bool isWaiting() const
+    {
+        sigset_t pending;
+        ::sigpending(&pending);
+        for (const int signal : {SIGHUP, SIGINT, SIGQUIT, SIGTERM}) {
+            if (sigismember(&pending, signal) == 1 && sigismember(&m_before, signal) == 0)
+                return true;
+        }
+        return false;
+    }
+
+private:
+    sigset_t m_held;
+    sigset_t m_before;
+};
+
+constexpr size_t kBlockSize = 1 << 20; // the end of the program waits for one write of so much
+
 // Not by QFile, which does not know why a write stopped halfway.
-bool writeAll(int file, const QByteArray &bytes)
+bool writeAll(int file, const QByteArray &bytes, const EndHeld &end)
 {
     const char *rest = bytes.constData();
     auto left = static_cast<size_t>(bytes.size());
     while (left > 0) {
-        const ssize_t written = ::write(file, rest, left);
+        if (end.isWaiting()) {
+            errno = EINTR;
+            return false;
+        }
+        const ssize_t written = ::write(file, rest, std::min(left, kBlockSize));
         if (written < 0 && errno != EINTR)
             return false;
         if (written > 0) {
@@ -67,8 +105,11 @@ OutputRules::OutputRules(bool force, const QStringList &inputs)
     : m_force(force)
 {
     m_inputs.reserve(inputs.size());
-    for (const QString &input : inputs)
-        m_inputs.insert(QFileInfo(input).canonicalFilePath());
+    for (const QString &input : inputs) {
+        const QString path = QFileInfo(input).canonicalFilePath();
+        if (!path.isEmpty()) // a missing input is no file to be kept
+            m_inputs.insert(path);
+    }
 }
 
 QString OutputRules::refusal(const QString &path) const
@@ -95,12 +136,13 @@ QString saveFile(const QString &path, const OutputRules &rules,
         return refusal;
 
     // Not QSaveFile, which syncs each file to the disk: that takes longer than all the rest.
+    const EndHeld end; // lives longer than the file
     QTemporaryFile file(QFileInfo(path).dir().filePath(QStringLiteral(".docpage-XXXXXX")));
     if (!file.open())
         return file.errorString();
     setDefaultPermissions(file);
     for (const QByteArray &part : parts) {
-        if (!writeAll(file.handle(), part))
+        if (!writeAll(file.handle(), part, end))
             return qt_error_string(errno);
     }
     return publish(file, path, rules.force());

@@ -59,7 +59,12 @@ PageFile PageFile::read(const QString &path)
 {
     PageFile page;
     page.fault = readHeader(path, page);
-    if (page.fault.isEmpty() && EmfDeal::decodeEmf(path, page.payload) != page.header.picFormat)
-        page.fault = LibraryLog::lastLine();
+    if (page.fault.isEmpty() && EmfDeal::decodeEmf(path, page.payload) != page.header.picFormat) {
+        // The file had all the bytes a moment ago.
+        const QString line = LibraryLog::takeFirstLine();
+        page.fault = line.startsWith(QStringLiteral("getPicDataFromFile readSize"))
+                         ? QStringLiteral("cannot be read: out of memory, or changed meanwhile")
+                         : line;
+    }
     return page;
 }

@@ -18,6 +18,7 @@ constexpr int kChecksumSize = 4;
 constexpr quint32 kMaxLength = 0x7FFFFFFF;
 
 constexpr quint32 kHeaderLength = 13; // width and height come first
+constexpr uchar kPaletteColour = 3;   // the kind of colour that needs a palette
 
 QString corrupt(const QString &what)
 {
@@ -35,6 +36,45 @@ bool isChecksumRight(const uchar *type, quint32 length)
     return crc32(0, type, checkedSize) == qFromBigEndian<quint32>(type + checkedSize);
 }
 
+bool isSizeUsable(const uchar *header)
+{
+    const auto width = qFromBigEndian<quint32>(header);
+    const auto height = qFromBigEndian<quint32>(header + 4);
+    return width > 0 && width <= kMaxLength && height > 0 && height <= kMaxLength;
+}
+
+// Bits per sample and kind of colour go together as the format allows; there is one way to
+// compress, one to filter, and two to interlace.
+bool isEncodingKnown(const uchar *header)
+{
+    const uchar depth = header[8];
+    const bool isPowerOfTwo = depth > 0 && depth <= 16 && (depth & (depth - 1)) == 0;
+    bool isDepthRight = false;
+    switch (header[9]) {
+    case 0: // grey
+        isDepthRight = isPowerOfTwo;
+        break;
+    case kPaletteColour:
+        isDepthRight = isPowerOfTwo && depth <= 8;
+        break;
+    case 2: // red, green, blue
+    case 4: // grey with alpha
+    case 6: // red, green, blue with alpha
+        isDepthRight = depth == 8 || depth == 16;
+        break;
+    default:
+        break;
+    }
+    return isDepthRight && header[10] == 0 && header[11] == 0 && header[12] <= 1;
+}
+
+// A chunk that begins with a capital cannot be passed over.
+bool isUnknownButNeeded(const QByteArray &name)
+{
+    return name[0] >= 'A' && name[0] <= 'Z' && name != "IHDR" && name != "PLTE" && name != "IDAT" &&
+           name != "IEND";
+}
+
 } // namespace
 
 bool PngStructure::isPng(const QByteArray &bytes)
@@ -48,6 +88,7 @@ QString PngStructure::fault(const QByteArray &bytes)
     const uchar *const end = begin + bytes.size();
     const uchar *chunk = begin + kSignatureSize;
     bool hasPixels = false;
+    bool lacksPalette = false;
 
     for (bool isFirst = true;; isFirst = false) {
         const qint64 room = end - chunk - (kLengthSize + kTypeSize + kChecksumSize);
@@ -68,9 +109,19 @@ QString PngStructure::fault(const QByteArray &bytes)
 
         if (isFirst != (name == "IHDR") || (isFirst && length != kHeaderLength))
             return corrupt(QStringLiteral("header"));
-        if (isFirst &&
-            (qFromBigEndian<quint32>(data) == 0 || qFromBigEndian<quint32>(data + 4) == 0))
-            return corrupt(QStringLiteral("picture size"));
+        if (isFirst) {
+            if (!isSizeUsable(data))
+                return corrupt(QStringLiteral("picture size"));
+            if (!isEncodingKnown(data))
+                return corrupt(QStringLiteral("header"));
+            lacksPalette = data[9] == kPaletteColour;
+        }
+        if (isUnknownButNeeded(name))
+            return corrupt(QStringLiteral("unknown chunk ") + QLatin1String(name));
+        if (name == "PLTE")
+            lacksPalette = false;
+        if (name == "IDAT" && lacksPalette)
+            return corrupt(QStringLiteral("no palette"));
         if (name == "IDAT" && length > 0)
             hasPixels = true;
         if (name == "IEND")

@@ -1,11 +1,10 @@
 #include "tools/docpage/CommandLine.h"
 #include "tools/docpage/Commands.h"
 #include "tools/docpage/Console.h"
-#include "tools/docpage/LibraryLog.h"
 #include "tools/docpage/PageFile.h"
+#include "tools/docpage/PictureCheck.h"
+#include "tools/docpage/PictureSize.h"
 
-#include <QBuffer>
-#include <QImageReader>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -41,14 +40,14 @@ bool isPicture(const PageFile &page)
     return page.header.picFormat != DocCovRslt::PAGE_FORMAT_PPT_ANIM;
 }
 
-// Goes by the content, as the display manager does; not valid when that is no picture.
-QSize pictureSize(const PageFile &page)
+// Of the file, or of the picture in it.
+QString faultOf(const PageFile &page)
 {
-    QBuffer buffer;
-    buffer.setData(page.payload);
-    QImageReader reader(&buffer);
-    const LibraryLog::DecoderSilence silence;
-    return reader.size();
+    if (!page.fault.isEmpty() || !isPicture(page))
+        return page.fault;
+    const PictureCheck check = PictureCheck::of(page.payload);
+    const bool isOther = check.format == DocCovRslt::PAGE_FORMAT_NONE; // but Qt may know it
+    return isOther && pictureSize(page.payload).isValid() ? QString() : check.fault;
 }
 
 QString textInfo(const PageFile &page)
@@ -56,7 +55,7 @@ QString textInfo(const PageFile &page)
     QString text = formatText(page.header.picFormat) + QStringLiteral(", ") +
                    counted(page.payload.size(), "byte");
     if (isPicture(page)) {
-        const QSize size = pictureSize(page);
+        const QSize size = pictureSize(page.payload);
         text += size.isValid()
                     ? QStringLiteral(", %1 x %2 pixels").arg(size.width()).arg(size.height())
                     : QStringLiteral(", size in pixels unreadable");
@@ -70,12 +69,14 @@ QString textInfo(const PageFile &page)
 
 QJsonObject jsonInfo(const PageFile &page)
 {
-    QJsonObject info{{QStringLiteral("format"), formatKey(page.header.picFormat)},
+    QJsonObject info{{QStringLiteral("version"),
+                      QStringLiteral("0x%1").arg(page.header.version, 4, 16, QLatin1Char('0'))},
+                     {QStringLiteral("format"), formatKey(page.header.picFormat)},
                      {QStringLiteral("formatCode"), page.header.picFormat},
                      {QStringLiteral("payloadSize"), page.payload.size()},
                      {QStringLiteral("trailingBytes"), page.trailingBytes}};
     if (isPicture(page)) {
-        const QSize size = pictureSize(page);
+        const QSize size = pictureSize(page.payload);
         info[QStringLiteral("picture")] =
             size.isValid() ? QJsonObject{{QStringLiteral("width"), size.width()},
                                          {QStringLiteral("height"), size.height()}}
@@ -104,13 +105,16 @@ int runInfo(const QStringList &arguments)
     for (const QString &file : files) {
         const PageFile page = PageFile::read(file);
         QJsonObject info;
-        if (!page.fault.isEmpty()) {
-            status = reportFault(file, page.fault);
-            info[QStringLiteral("error")] = page.fault;
-        } else if (isJson) {
-            info = jsonInfo(page);
-        } else {
-            print(escaped(file) + QStringLiteral(": ") + textInfo(page) + QLatin1Char('\n'));
+        if (page.fault.isEmpty()) {
+            if (isJson)
+                info = jsonInfo(page);
+            else
+                print(escaped(file) + QStringLiteral(": ") + textInfo(page) + QLatin1Char('\n'));
+        }
+        const QString fault = faultOf(page);
+        if (!fault.isEmpty()) {
+            status = reportFault(file, fault);
+            info[QStringLiteral("error")] = fault;
         }
         info[QStringLiteral("file")] = file;
         infos.append(info);

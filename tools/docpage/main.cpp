@@ -7,7 +7,10 @@
 #include <QTextCodec>
 
 #include <clocale>
+#include <csignal>
 #include <new>
+
+#include <fcntl.h>
 
 namespace {
 
@@ -58,10 +61,39 @@ int run(const QStringList &arguments)
     return line.wrongUsage(QStringLiteral("Unknown command '%1'.").arg(arguments.constFirst()));
 }
 
+// A closed standard stream would become the first file that is opened, or a handle of Qt's own.
+void occupyStandardStreams()
+{
+    for (int stream = 0; stream <= 2; ++stream) {
+        if (::fcntl(stream, F_GETFD) < 0)
+            ::open("/dev/null", stream == 0 ? O_WRONLY : O_RDONLY); // fails with EBADF when used
+    }
+}
+
+// Not QCoreApplication's arguments: it takes out what it understands itself, even behind "--".
+std::optional<QStringList> argumentsOf(int argc, char *argv[])
+{
+    QStringList arguments;
+    for (int i = 1; i < argc; ++i) {
+        const QString argument = QString::fromUtf8(argv[i]);
+        if (argument.toUtf8() != argv[i]) {
+            printError(argument + QStringLiteral(": the name is not UTF-8"));
+            return std::nullopt;
+        }
+        arguments.append(argument);
+    }
+    return arguments;
+}
+
 } // namespace
 
 int main(int argc, char *argv[])
 {
+    occupyStandardStreams();
+    std::signal(SIGXFSZ, SIG_IGN); // a write fails instead, and is told
+    const std::optional<QStringList> arguments = argumentsOf(argc, argv);
+    if (!arguments)
+        return ExitStatus::Failed;
     // Names are UTF-8 and the program speaks English, whatever the locale.
     QTextCodec::setCodecForLocale(QTextCodec::codecForName("UTF-8"));
     const QCoreApplication app(argc, argv);
@@ -70,7 +102,7 @@ int main(int argc, char *argv[])
 
     int status = ExitStatus::Failed;
     try {
-        status = run(QCoreApplication::arguments().mid(1));
+        status = run(*arguments);
     } catch (const std::bad_alloc &) {
         printError(QStringLiteral("out of memory"));
     }

@@ -7,11 +7,18 @@
 #include "tools/docpage/OutputFile.h"
 #include "tools/docpage/PageFile.h"
 #include "tools/docpage/PictureCheck.h"
+#include "tools/docpage/PictureSize.h"
 
 #include <QBuffer>
 #include <QDir>
 
+#include <cerrno>
+#include <filesystem>
 #include <memory>
+#include <new>
+#include <system_error>
+
+#include <unistd.h>
 
 namespace {
 
@@ -24,15 +31,27 @@ struct Document
 
 Document folderDocument(const QString &folder)
 {
-    const QDir dir(folder);
-    if (!dir.isReadable())
-        return {folder, {}, QStringLiteral("the folder cannot be read")};
-    QStringList names = dir.entryList(QDir::Files);
+    if (::access(QFile::encodeName(folder).constData(), R_OK | X_OK) != 0)
+        return {folder, {}, qt_error_string(errno)};
+    QStringList names;
+    std::error_code error;
+    for (const auto &entry :
+         std::filesystem::directory_iterator(QFile::encodeName(folder).constData(), error)) {
+        const std::string bytes = entry.path().filename().string();
+        const QString name = QString::fromStdString(bytes);
+        // To pass over a page would give all that follow another number.
+        if (name.toStdString() != bytes)
+            return {folder, {}, QStringLiteral("holds a file whose name is not UTF-8")};
+        if (!name.startsWith(QLatin1Char('.')))
+            names.append(name);
+    }
+    if (error)
+        return {folder, {}, qt_error_string(error.value())};
     sortNaturally(names);
     Document document{folder, {}, {}};
     for (const QString &name : qAsConst(names)) {
-        const QFileInfo file(dir, name);
-        if (file.isFile()) // a link to something else is listed, too
+        const QFileInfo file(QDir(folder), name);
+        if (file.isFile() || (file.isSymLink() && !file.exists()))
             document.pages.append(file.filePath());
     }
     return document;
@@ -56,8 +75,28 @@ QImage imageOf(const Document &document, unsigned int page)
     for (int i = 0; i < document.pages.size(); ++i)
         manager->AddDocPage(static_cast<unsigned int>(i), document.pages.at(i));
     manager->SetCurPage(page);
-    const LibraryLog::DecoderSilence silence;
     return manager->GetImg();
+}
+
+// A small file may announce a picture that takes all the memory there is.
+constexpr qint64 kMaxPixels = 1 << 28; // 1 GiB as an image
+
+// What the display manager returns for a page, or why it is not worth having.
+QString decode(const Document &document, unsigned int page, QImage &image)
+{
+    const LibraryLog::DecoderSilence silence;
+    LibraryLog::takeMessages(); // about other pictures
+    try {
+        image = imageOf(document, page);
+    } catch (const std::bad_alloc &) {
+        return QStringLiteral("out of memory");
+    }
+    // The JPG decoder makes an image of anything, but tells when it had to invent a part of it.
+    const QString messages = LibraryLog::takeMessages();
+    if (messages.contains(QStringLiteral("Corrupt JPEG data")) ||
+        messages.contains(QStringLiteral("Premature end")))
+        return QStringLiteral("JPG picture is corrupt (picture data)");
+    return {};
 }
 
 // Renders a page into `png`. Returns what is wrong with it.
@@ -72,7 +111,15 @@ QString render(const Document &document, unsigned int page, QByteArray &png)
     const PictureCheck check = PictureCheck::of(file.payload);
     if (check.format != DocCovRslt::PAGE_FORMAT_NONE && !check.fault.isEmpty())
         return check.fault;
-    const QImage image = imageOf(document, page);
+    const QSize size = pictureSize(file.payload);
+    if (qint64(size.width()) * size.height() > kMaxPixels)
+        return QStringLiteral("picture too large: %1 x %2 pixels")
+            .arg(size.width())
+            .arg(size.height());
+    QImage image;
+    const QString fault = decode(document, page, image);
+    if (!fault.isEmpty())
+        return fault;
     if (image.isNull())
         return check.fault.isEmpty() ? QStringLiteral("the picture cannot be decoded")
                                      : check.fault;

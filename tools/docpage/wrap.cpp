@@ -11,6 +11,7 @@
 
 #include <filesystem>
 #include <limits>
+#include <new>
 #include <system_error>
 
 namespace {
@@ -34,7 +35,11 @@ QString readPicture(const QString &path, Picture &picture)
         return fault;
     if (file.size() > kMaxPictureSize)
         return QStringLiteral("too large for a page result file: %1 bytes").arg(file.size());
-    picture.bytes = file.read(file.size());
+    try {
+        picture.bytes = file.read(file.size());
+    } catch (const std::bad_alloc &) {
+        return QStringLiteral("out of memory");
+    }
     if (picture.bytes.isEmpty())
         return file.errorString();
     picture.check = PictureCheck::of(picture.bytes);
