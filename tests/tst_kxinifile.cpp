@@ -119,6 +119,12 @@ void tst_KxIniFile::value_data()
     QTest::newRow("junk lines: ignored")
         << bytes("[VER]\n???\nVer\n=\n= Ver=2\n<Ver>\nVer=1.2\n") << QStringLiteral("1.2");
 
+    QTest::newRow("a bracket after the section's: not part of its name")
+        << bytes("[VER] ; see [1]\nVer=1.2\n") << QStringLiteral("1.2");
+    QTest::newRow("section without a name: another one")
+        << bytes("[]\nVer=1\n[VER]\nVer=2\n") << QStringLiteral("2");
+    QTest::newRow("section without a name ends the one before")
+        << bytes("[VER]\n[]\nVer=1\n") << QString();
     QTest::newRow("duplicate key: the first")
         << bytes("[VER]\nVer=1\nOther=x\nVer=2\n") << QStringLiteral("1");
     QTest::newRow("duplicate key, the first without value: empty")

@@ -6,6 +6,7 @@
 #include <atomic>
 #include <cerrno>
 #include <clocale>
+#include <csignal>
 #include <memory>
 #include <set>
 #include <stdexcept>
@@ -160,6 +161,7 @@ private Q_SLOTS:
     void nullTexts();
     void oneWritePerLine();
     void closedStandardError();
+    void pipeThatNobodyReads();
 
     void errnoIsKept();
     void errnoReachesTheFormat();
@@ -357,6 +359,24 @@ void tst_KxLog::oneWritePerLine()
              "[info] M: " + QByteArray(5000, 'x') + '\n');
     QCOMPARE(::read(ends[0], buffer, sizeof buffer), ssize_t(0));
     ::close(ends[0]);
+}
+
+void tst_KxLog::pipeThatNobodyReads()
+{
+    int ends[2];
+    QCOMPARE(::pipe(ends), 0);
+    ::close(ends[0]);
+    {
+        const StandardErrorTo broken(ends[1]);
+        KxSDKCommonLog(LOG_LEVEL_ERROR, "VPrnt", "lost"); // would end the process by SIGPIPE
+    }
+    ::close(ends[1]);
+    sigset_t pending;
+    ::sigpending(&pending);
+    QCOMPARE(sigismember(&pending, SIGPIPE), 0);
+    sigset_t blocked;
+    ::pthread_sigmask(SIG_BLOCK, nullptr, &blocked);
+    QCOMPARE(sigismember(&blocked, SIGPIPE), 0);
 }
 
 void tst_KxLog::closedStandardError()
