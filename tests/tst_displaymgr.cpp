@@ -1,5 +1,6 @@
 #include "LogSpy.h"
 #include "PageFiles.h"
+#include "VirtualSlot.h"
 #include "docdisplay/DocDisplayMgr.h"
 
 #include <QSignalSpy>
@@ -7,7 +8,6 @@
 
 #include <atomic>
 #include <climits>
-#include <cstring>
 #include <memory>
 #include <thread>
 #include <type_traits>
@@ -39,19 +39,6 @@ QVector<quint32> position(DocDisplayMgr &mgr)
 QVector<quint32> at(quint32 page, quint32 step, quint32 passed)
 {
     return {page, step, passed};
-}
-
-// The place of a virtual operation in the table, in pointers, as both processors' ABI stores it.
-template <typename Operation>
-qptrdiff slot(Operation operation)
-{
-    qptrdiff offset = 0;
-    static_assert(sizeof operation >= sizeof offset);
-    std::memcpy(&offset, &operation, sizeof offset);
-#if defined(Q_PROCESSOR_X86)
-    offset -= 1;
-#endif
-    return offset / static_cast<qptrdiff>(sizeof(void *));
 }
 
 } // namespace

@@ -1,4 +1,5 @@
 #include "LogSpy.h"
+#include "ResourceLimits.h"
 #include "emfdeal/EmfDeal.h"
 
 #include <QTemporaryDir>
@@ -10,47 +11,13 @@
 #include <thread>
 #include <vector>
 
-#include <sys/resource.h>
 #include <sys/stat.h>
-
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
-constexpr bool kSanitized = true; // these reserve address space of their own
-#else
-constexpr bool kSanitized = false;
-#endif
 
 namespace {
 
 QByteArray hex(const char *bytes)
 {
     return QByteArray::fromHex(bytes);
-}
-
-// A limit of the process, until the end of the scope.
-class ResourceLimit
-{
-public:
-    ResourceLimit(__rlimit_resource what, rlim_t soft)
-        : resource(what)
-    {
-        getrlimit(resource, &before);
-        const rlimit limit{soft, before.rlim_max};
-        setrlimit(resource, &limit);
-    }
-    ~ResourceLimit() { setrlimit(resource, &before); }
-    Q_DISABLE_COPY_MOVE(ResourceLimit)
-
-private:
-    __rlimit_resource resource;
-    rlimit before = {};
-};
-
-rlim_t addressSpaceInUse()
-{
-    QFile statm(QStringLiteral("/proc/self/statm"));
-    if (!statm.open(QIODevice::ReadOnly))
-        return 0;
-    return static_cast<rlim_t>(statm.readAll().split(' ').constFirst().toULongLong()) * 4096;
 }
 
 } // namespace
@@ -475,7 +442,7 @@ private Q_SLOTS:
         QByteArray data;
         int format = 0;
         {
-            const ResourceLimit limit(RLIMIT_AS, addressSpaceInUse() + 256 * 1024 * 1024);
+            const ResourceLimit limit(RLIMIT_AS, addressSpaceFor(256 * 1024 * 1024));
             format = EmfDeal::decodeEmf(name, data);
         }
         QCOMPARE(format, 5);
@@ -489,8 +456,7 @@ private Q_SLOTS:
     {
         const QString file = write(hex("88888888 0101 02000000 FFFFFF7F") + QByteArray(1000, 'j'));
         const QString negative = write(hex("88888888 0101 02000000 FFFFFFFF") + "j", "negative");
-        const ResourceLimit limit(RLIMIT_AS, kSanitized ? RLIM_INFINITY
-                                                        : addressSpaceInUse() + 256 * 1024 * 1024);
+        const ResourceLimit limit(RLIMIT_AS, addressSpaceFor(256 * 1024 * 1024));
         LogSpy log;
         QByteArray data;
         QElapsedTimer timer;
