@@ -30,6 +30,7 @@ option(DOCDISPLAY_BUILD_TESTS "Build the tests (needs Qt Test and the bundled in
 option(DOCDISPLAY_BUILD_TOOLS "Build the programs" ${DOCDISPLAY_IS_TOP_LEVEL})
 option(DOCDISPLAY_BUILD_BENCHMARKS "Build the benchmarks (needs Google Benchmark)"
        ${DOCDISPLAY_IS_TOP_LEVEL})
+option(DOCDISPLAY_BUILD_FUZZERS "Build the fuzz targets as libFuzzer programs (needs clang)" OFF)
 option(DOCDISPLAY_WARNINGS_AS_ERRORS "Treat compiler warnings as errors" OFF)
 option(DOCDISPLAY_COVERAGE "Instrument for gcov" OFF)
 

@@ -1,0 +1,42 @@
+// Runs a fuzz target over the files of the folders and files given, without a fuzzer.
+#include <QDirIterator>
+#include <QFile>
+
+#include <cstdint>
+#include <cstdio>
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size);
+
+namespace {
+
+bool replay(const QString &path)
+{
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly)) {
+        std::fprintf(stderr, "%s: %s\n", qPrintable(path), qPrintable(file.errorString()));
+        return false;
+    }
+    const QByteArray bytes = file.readAll();
+    LLVMFuzzerTestOneInput(reinterpret_cast<const std::uint8_t *>(bytes.constData()),
+                           static_cast<std::size_t>(bytes.size()));
+    return true;
+}
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    int replayed = 0;
+    for (int i = 1; i < argc; ++i) {
+        const QString path = QFile::decodeName(argv[i]);
+        if (QFileInfo(path).isDir()) {
+            QDirIterator files(path, QDir::Files);
+            while (files.hasNext())
+                replayed += replay(files.next()) ? 1 : 0;
+        } else {
+            replayed += replay(path) ? 1 : 0;
+        }
+    }
+    std::printf("%d inputs replayed\n", replayed);
+    return replayed > 0 ? 0 : 1;
+}
