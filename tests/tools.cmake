@@ -3,11 +3,25 @@ docdisplay_test(tst_naturalorder LABELS tools LIBRARIES docpage_parts)
 docdisplay_test(tst_picturecheck LABELS tools LIBRARIES docpage_parts)
 
 docdisplay_test(tst_docpage LABELS tools SOURCES DocpageRun.cpp LIBRARIES docpage_parts)
-add_dependencies(tst_docpage docpage)
-target_compile_definitions(tst_docpage PRIVATE
-  DOCPAGE_PROGRAM="$<TARGET_FILE:docpage>"
-  DOCPAGE_VERSION="${DocDisplay_VERSION}"
-  DOCPAGE_MAN_PAGE="${PROJECT_SOURCE_DIR}/docs/man/docpage.1")
+docdisplay_test(tst_docpage_deck LABELS tools SOURCES DocpageRun.cpp LIBRARIES docpage_parts)
+foreach(test IN ITEMS tst_docpage tst_docpage_deck)
+  add_dependencies(${test} docpage)
+  target_compile_definitions(${test} PRIVATE
+    DOCPAGE_PROGRAM="$<TARGET_FILE:docpage>"
+    DOCPAGE_VERSION="${DocDisplay_VERSION}"
+    DOCPAGE_MAN_PAGE="${PROJECT_SOURCE_DIR}/docs/man/docpage.1"
+    DOCPAGE_DECK_SCHEMA="${PROJECT_SOURCE_DIR}/docs/deck.schema.json")
+endforeach()
+
+find_program(DOCDISPLAY_PYTHON python3 HINTS /usr/bin) # the one that Debian's packages are for
+if(NOT DOCDISPLAY_PYTHON)
+  message(FATAL_ERROR "The tests need Python with jsonschema (Debian: python3-jsonschema)")
+endif()
+add_test(NAME deck_schema
+  COMMAND ${DOCDISPLAY_PYTHON} "${CMAKE_CURRENT_SOURCE_DIR}/check_deck_schema.py"
+    "${PROJECT_SOURCE_DIR}/docs/deck.schema.json" "${PROJECT_SOURCE_DIR}/samples/deck/deck.json"
+    "$<TARGET_FILE:docpage>")
+docdisplay_test_properties(deck_schema LABELS tools)
 
 find_program(DOCDISPLAY_GROFF groff)
 if(NOT DOCDISPLAY_GROFF)

@@ -37,7 +37,7 @@ namespace {
 
 const char kPngHeader[] = "88 88 88 88 01 01 04 00 00 00 49 00 00 00";
 const char kJpgHeader[] = "88 88 88 88 01 01 02 00 00 00 a0 00 00 00";
-const char kSlideHeader[] = "88 88 88 88 01 01 03 00 00 00 05 00 00 00";
+const char kSlideHeader[] = "88 88 88 88 01 01 03 00 00 00 1c 00 00 00";
 
 QByteArray hex(const char *bytes)
 {
@@ -65,9 +65,16 @@ QByteArray jpgPage()
     return hex(kJpgHeader) + TinyPictures::jpg();
 }
 
+// A model of 640 x 480 without pages.
+QByteArray slideModel()
+{
+    return hex("50 54 41 4d 00 00 00 02 40 84 00 00 00 00 00 00 40 7e 00 00 00 00 00 00 "
+               "00 00 00 00");
+}
+
 QByteArray slidePage()
 {
-    return hex(kSlideHeader) + "slide";
+    return hex(kSlideHeader) + slideModel();
 }
 
 // A JPG page whose picture has the given bytes.
@@ -243,7 +250,7 @@ void TestDocpage::help_data()
         QTest::newRow(arguments) << words(arguments) << QByteArray(begin) << words(mentions);
     };
     const char program[] = "Usage: docpage COMMAND ...\n\nMakes, examines and renders";
-    const char commands[] = "wrap info unwrap render --help --version";
+    const char commands[] = "wrap info unwrap build model render --help --version";
     row("--help", program, commands);
     row("-h", program, commands);
     row("--help wrap", program, commands);
@@ -256,6 +263,12 @@ void TestDocpage::help_data()
         "-h --help --json FILE");
     row("unwrap --help", "Usage: docpage unwrap FILE -o OUT [--force]\n\nSaves the payload",
         "-h --help -o --output <OUT> --force FILE");
+    row("build --help",
+        "Usage: docpage build DECK.json -o DIR [--force]\n\nMakes page result files",
+        "-h --help -o --output <DIR> --force DECK.json");
+    row("model --help",
+        "Usage: docpage model FILE... [--json [--extract DIR [--force]]]\n\nTells all that",
+        "-h --help --json --extract <DIR> --force FILE");
     row("render --help",
         "Usage: docpage render DOCUMENT... -o OUT.png [--page N] [--force]\n\nSaves one page",
         "-h --help -o --output <OUT.png> --force --page <N> DOCUMENT");
@@ -314,6 +327,15 @@ void TestDocpage::wrongUsage_data()
     row("unwrap", "No FILE given.", "docpage unwrap");
     row("unwrap png_page", "No output given, -o OUT is missing.", "docpage unwrap");
     row("unwrap png_page jpg_page -o new", "More than one FILE given.", "docpage unwrap");
+    row("build", "No DECK.json given.", "docpage build");
+    row("build deck.json", "No output given, -o DIR is missing.", "docpage build");
+    row("build deck.json deck.json -o new", "More than one DECK.json given.", "docpage build");
+    row("model", "No FILE given.", "docpage model");
+    row("model slide_page -o new", "Unknown option 'o'.", "docpage model");
+    row("model slide_page --extract new", "--extract is for --json only.", "docpage model");
+    row("model slide_page --json --extract=", "The folder to extract to has no name.",
+        "docpage model");
+    row("model slide_page --json --force", "--force is for --extract only.", "docpage model");
     row("render", "No DOCUMENT given.", "docpage render");
     row("render png_page", "No output given, -o OUT.png is missing.", "docpage render");
     row("render png_page -o new", "The output 'new' does not end in .png.", "docpage render");
@@ -352,7 +374,7 @@ void TestDocpage::manPageHasEverything()
     QString help = QString::fromUtf8(place->run({text("--help")}).out);
     const QString list = help.section(text("Commands:\n"), 1).section(text("\n\n"), 0, 0);
     const QStringList lines = list.split(QLatin1Char('\n'));
-    QCOMPARE(lines.size(), 4);
+    QCOMPARE(lines.size(), 6);
     for (const QString &line : lines) {
         const QString command = line.simplified().section(QLatin1Char(' '), 0, 0);
         const QString its = QString::fromUtf8(place->run({command, text("--help")}).out);
@@ -953,16 +975,16 @@ void TestDocpage::info_data()
     QTest::newRow("PNG") << pngPage() << QByteArray("PNG picture, 73 bytes, 4 x 3 pixels");
     QTest::newRow("JPG") << jpgPage() << QByteArray("JPG picture, 160 bytes, 2 x 2 pixels");
     QTest::newRow("slide animation data")
-        << slidePage() << QByteArray("slide animation data, 5 bytes");
-    QTest::newRow("one byte") << hex("88 88 88 88 01 01 03 00 00 00 01 00 00 00 00")
-                              << QByteArray("slide animation data, 1 byte");
+        << slidePage()
+        << QByteArray("slide animation data, 28 bytes, 640 x 480, 0 pages, 0 shapes, 0 effects");
     QTest::newRow("bytes after the picture")
         << pngPage() + "tail"
         << QByteArray("PNG picture, 73 bytes, 4 x 3 pixels, followed by 4 "
                       "bytes that are ignored");
     QTest::newRow("a byte after slide animation data")
         << slidePage() + '\0'
-        << QByteArray("slide animation data, 5 bytes, followed by 1 byte that is ignored");
+        << QByteArray("slide animation data, 28 bytes, 640 x 480, 0 pages, 0 shapes, 0 effects, "
+                      "followed by 1 byte that is ignored");
     QTest::newRow("PNG announced as JPG: the size is told all the same")
         << hex("88 88 88 88 01 01 02 00 00 00 49 00 00 00") + TinyPictures::png()
         << QByteArray("JPG picture, 73 bytes, 4 x 3 pixels");
@@ -1031,7 +1053,13 @@ void TestDocpage::infoJson()
         "file": "slide_page",
         "format": "slide-animation",
         "formatCode": 3,
-        "payloadSize": 5,
+        "pageSize": {
+            "height": 480,
+            "width": 640
+        },
+        "pages": [
+        ],
+        "payloadSize": 28,
         "trailingBytes": 0,
         "version": "0x0101"
     },
@@ -1057,7 +1085,8 @@ void TestDocpage::infoHandlesOthers()
                         "docpage: red.png: not a page result file: it does not begin with "
                         "88 88 88 88\n"));
     QCOMPARE(outcome.out, QByteArray("png_page: PNG picture, 73 bytes, 4 x 3 pixels\n"
-                                     "slide_page: slide animation data, 5 bytes\n"));
+                                     "slide_page: slide animation data, 28 bytes, 640 x 480, "
+                                     "0 pages, 0 shapes, 0 effects\n"));
     QCOMPARE(outcome.status, 1);
 }
 
@@ -1067,9 +1096,11 @@ void TestDocpage::unwrap_data()
     QTest::addColumn<QByteArray>("payload");
     QTest::newRow("PNG") << pngPage() << TinyPictures::png();
     QTest::newRow("JPG") << jpgPage() << TinyPictures::jpg();
-    QTest::newRow("slide animation data") << slidePage() << QByteArray("slide");
+    QTest::newRow("slide animation data") << slidePage() << slideModel();
+    QTest::newRow("broken slide animation data")
+        << hex("88 88 88 88 01 01 03 00 00 00 01 00 00 00 00") << QByteArray(1, '\0');
     QTest::newRow("broken picture") << jpgPageOf("text") << QByteArray("text");
-    QTest::newRow("without the bytes after it") << slidePage() + "tail" << QByteArray("slide");
+    QTest::newRow("without the bytes after it") << slidePage() + "tail" << slideModel();
     QTest::newRow("bytes of all kinds")
         << hex("88 88 88 88 01 01 04 00 00 00 05 00 00 00 00 ff 0d 0a 1a") << hex("00 ff 0d 0a 1a");
 }

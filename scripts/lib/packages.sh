@@ -31,4 +31,4 @@ ensure_packages() {
 # What every build of the project needs.
 build_packages=(g++ cmake ninja-build qtbase5-dev zlib1g-dev)
 # What the tests, the benchmarks and their helpers need beyond that.
-test_packages=(binutils groff-base libbenchmark-dev pkg-config)
+test_packages=(binutils groff-base libbenchmark-dev pkg-config python3-jsonschema)

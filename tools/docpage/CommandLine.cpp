@@ -32,6 +32,11 @@ void CommandLine::addOutput(const char *value, const char *description)
     m_parser.addOption({{QStringLiteral("o"), QStringLiteral("output")},
                         QString::fromUtf8(description),
                         m_output});
+    addForce();
+}
+
+void CommandLine::addForce()
+{
     addOption("force", "Replaces files that exist already, but never an input.");
 }
 

@@ -24,6 +24,9 @@ public:
     /// The options -o, which has to be given, and --force.
     void addOutput(const char *value, const char *description);
 
+    /// The option --force.
+    void addForce();
+
     /// Reads what follows the name.
     /// \return the exit status when that was all: help was printed, or the usage is wrong
     std::optional<int> parse(const QStringList &arguments);

@@ -14,5 +14,11 @@ int runInfo(const QStringList &arguments);
 /// Takes the payload out of a page result file.
 int runUnwrap(const QStringList &arguments);
 
+/// Makes page result files from the description of an animated deck.
+int runBuild(const QStringList &arguments);
+
+/// Tells all that slide animation data holds.
+int runModel(const QStringList &arguments);
+
 /// Saves one page of a document as a picture.
 int runRender(const QStringList &arguments);

@@ -1,6 +1,10 @@
 #include "tools/docpage/InputFile.h"
 
+#include "tools/docpage/PageFile.h"
+
 #include <QFileInfo>
+
+#include <new>
 
 QString openInput(QFile &file)
 {
@@ -18,4 +22,20 @@ QString openInput(QFile &file)
     char byte = 0;
     return file.read(&byte, 1) == 0 ? QStringLiteral("empty file")
                                     : QStringLiteral("not a regular file");
+}
+
+QString readInput(const QString &path, QByteArray &bytes)
+{
+    QFile file(path);
+    const QString fault = openInput(file);
+    if (!fault.isEmpty())
+        return fault;
+    if (file.size() > kMaxPayloadSize)
+        return QStringLiteral("too large for a page result file: %1 bytes").arg(file.size());
+    try {
+        bytes = file.read(file.size());
+    } catch (const std::bad_alloc &) {
+        return QStringLiteral("out of memory");
+    }
+    return bytes.isEmpty() ? file.errorString() : QString();
 }

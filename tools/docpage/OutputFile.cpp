@@ -8,6 +8,8 @@
 #include <cerrno>
 #include <csignal>
 #include <cstdio>
+#include <filesystem>
+#include <system_error>
 
 #include <sys/stat.h>
 #include <unistd.h>
@@ -126,6 +128,13 @@ QString OutputRules::refusal(const QString &path) const
     if (target.exists() && !target.isFile())
         return QStringLiteral("not a regular file");
     return {};
+}
+
+QString createFolder(const QString &folder)
+{
+    std::error_code error;
+    std::filesystem::create_directories(QFile::encodeName(folder).constData(), error);
+    return error ? qt_error_string(error.value()) : QString();
 }
 
 QString saveFile(const QString &path, const OutputRules &rules,

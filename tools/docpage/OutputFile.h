@@ -23,6 +23,10 @@ private:
     QSet<QString> m_inputs; // canonical paths
 };
 
+/// Creates a folder, and those above it, unless it is there.
+/// \return what went wrong; empty when it is there
+QString createFolder(const QString &folder);
+
 /// Saves a file of the given parts. It appears under its name complete or not at all, and nothing
 /// else is left behind. A symbolic link is replaced itself, not what it points to.
 /// \return what went wrong; empty when the file is there

@@ -55,6 +55,11 @@ QString readHeader(const QString &path, PageFile &page)
 
 } // namespace
 
+QString pageFileName(int number)
+{
+    return QStringLiteral("page_%1").arg(number);
+}
+
 PageFile PageFile::read(const QString &path)
 {
     PageFile page;

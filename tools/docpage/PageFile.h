@@ -4,6 +4,15 @@
 
 #include <QString>
 
+#include <limits>
+
+/// The most that a payload may have: the header's length is a signed 32-bit number, and the library
+/// reads no more than one QByteArray holds, which is a little less.
+constexpr qint64 kMaxPayloadSize = std::numeric_limits<qint32>::max() - 64;
+
+/// The name that the page result file of page `number` is given.
+QString pageFileName(int number);
+
 /// A page result file as read by the library.
 struct PageFile
 {

@@ -4,6 +4,8 @@
 #include "tools/docpage/PageFile.h"
 #include "tools/docpage/PictureCheck.h"
 #include "tools/docpage/PictureSize.h"
+#include "tools/docpage/deck/ModelText.h"
+#include "tools/docpage/deck/SlideModel.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -50,15 +52,35 @@ QString faultOf(const PageFile &page)
     return isOther && pictureSize(page.payload).isValid() ? QString() : check.fault;
 }
 
-QString textInfo(const PageFile &page)
+/// What is told of one file. `model` is that of slide animation data.
+struct Info
+{
+    PageFile page;
+    SlideModel model;
+    QString fault;
+
+    explicit Info(const QString &file)
+        : page(PageFile::read(file))
+        , fault(faultOf(page))
+    {
+        if (fault.isEmpty() && !isPicture(page))
+            fault = model.read(page.payload);
+    }
+    QString text() const;
+    QJsonObject json() const;
+};
+
+QString Info::text() const
 {
     QString text = formatText(page.header.picFormat) + QStringLiteral(", ") +
-                   counted(page.payload.size(), "byte");
+                   counted(page.payload.size(), "byte") + QStringLiteral(", ");
     if (isPicture(page)) {
         const QSize size = pictureSize(page.payload);
         text += size.isValid()
-                    ? QStringLiteral(", %1 x %2 pixels").arg(size.width()).arg(size.height())
-                    : QStringLiteral(", size in pixels unreadable");
+                    ? QStringLiteral("%1 x %2 pixels").arg(size.width()).arg(size.height())
+                    : QStringLiteral("size in pixels unreadable");
+    } else {
+        text += modelSummary(model.data);
     }
     if (page.trailingBytes > 0)
         text += QStringLiteral(", followed by %1 that %2 ignored")
@@ -67,7 +89,23 @@ QString textInfo(const PageFile &page)
     return text;
 }
 
-QJsonObject jsonInfo(const PageFile &page)
+QJsonObject sizeJson(double width, double height)
+{
+    return {{QStringLiteral("width"), width}, {QStringLiteral("height"), height}};
+}
+
+QJsonArray pagesJson(const PPT_fileDat &model)
+{
+    QJsonArray pages;
+    for (const auto &entry : model.pages)
+        pages.append(QJsonObject{
+            {QStringLiteral("pageId"), entry.first},
+            {QStringLiteral("shapes"), static_cast<qint64>(entry.second->shapes.size())},
+            {QStringLiteral("effects"), static_cast<qint64>(entry.second->effects.size())}});
+    return pages;
+}
+
+QJsonObject Info::json() const
 {
     QJsonObject info{{QStringLiteral("version"),
                       QStringLiteral("0x%1").arg(page.header.version, 4, 16, QLatin1Char('0'))},
@@ -78,9 +116,12 @@ QJsonObject jsonInfo(const PageFile &page)
     if (isPicture(page)) {
         const QSize size = pictureSize(page.payload);
         info[QStringLiteral("picture")] =
-            size.isValid() ? QJsonObject{{QStringLiteral("width"), size.width()},
-                                         {QStringLiteral("height"), size.height()}}
-                           : QJsonValue(QJsonValue::Null);
+            size.isValid() ? sizeJson(size.width(), size.height()) : QJsonValue(QJsonValue::Null);
+    } else {
+        const PPT_FileHead &head = model.data.head;
+        info[QStringLiteral("pageSize")] =
+            sizeJson(static_cast<double>(head.width), static_cast<double>(head.height));
+        info[QStringLiteral("pages")] = pagesJson(model.data);
     }
     return info;
 }
@@ -91,8 +132,9 @@ int runInfo(const QStringList &arguments)
 {
     CommandLine line(
         "docpage info", "[--json] FILE...",
-        "Tells of each page result file the format and size of its payload and, of a\n"
-        "picture, the size in pixels; also how many bytes after the payload are ignored.");
+        "Tells of each page result file the format and size of its payload; of a picture\n"
+        "the size in pixels, of slide animation data the page size and how many pages,\n"
+        "shapes and effects it holds; also how many bytes after the payload are ignored.");
     line.addInput("FILE", CommandLine::Count::OneOrMore, "A page result file.");
     line.addOption("json", "Prints one JSON array with an object for each file.");
     if (const std::optional<int> status = line.parse(arguments))
@@ -103,18 +145,17 @@ int runInfo(const QStringList &arguments)
     int status = ExitStatus::Done;
     QJsonArray infos;
     for (const QString &file : files) {
-        const PageFile page = PageFile::read(file);
+        const Info known(file);
         QJsonObject info;
-        if (page.fault.isEmpty()) {
+        if (known.page.fault.isEmpty() && (isPicture(known.page) || known.fault.isEmpty())) {
             if (isJson)
-                info = jsonInfo(page);
+                info = known.json();
             else
-                print(escaped(file) + QStringLiteral(": ") + textInfo(page) + QLatin1Char('\n'));
+                print(escaped(file) + QStringLiteral(": ") + known.text() + QLatin1Char('\n'));
         }
-        const QString fault = faultOf(page);
-        if (!fault.isEmpty()) {
-            status = reportFault(file, fault);
-            info[QStringLiteral("error")] = fault;
+        if (!known.fault.isEmpty()) {
+            status = reportFault(file, known.fault);
+            info[QStringLiteral("error")] = known.fault;
         }
         info[QStringLiteral("file")] = file;
         infos.append(info);

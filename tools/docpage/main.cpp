@@ -25,6 +25,8 @@ constexpr Command kCommands[] = {
     {"wrap", "Makes page result files from JPG and PNG pictures.", runWrap},
     {"info", "Tells what page result files hold.", runInfo},
     {"unwrap", "Takes the payload out of a page result file.", runUnwrap},
+    {"build", "Makes page result files from the description of an animated deck.", runBuild},
+    {"model", "Tells all that slide animation data holds.", runModel},
     {"render", "Saves one page of a document as a PNG picture.", runRender},
 };
 

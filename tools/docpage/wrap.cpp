@@ -4,21 +4,13 @@
 #include "tools/docpage/Console.h"
 #include "tools/docpage/InputFile.h"
 #include "tools/docpage/OutputFile.h"
+#include "tools/docpage/PageFile.h"
 #include "tools/docpage/PictureCheck.h"
 #include "tools/docpage/Progress.h"
 
 #include <QDir>
 
-#include <filesystem>
-#include <limits>
-#include <new>
-#include <system_error>
-
 namespace {
-
-// The header's length is a signed 32-bit number, and the library reads no more than one QByteArray
-// holds, which is a little less.
-constexpr qint64 kMaxPictureSize = std::numeric_limits<qint32>::max() - 64;
 
 struct Picture
 {
@@ -29,28 +21,11 @@ struct Picture
 // Reads a picture into `picture`. Returns why it cannot be used.
 QString readPicture(const QString &path, Picture &picture)
 {
-    QFile file(path);
-    const QString fault = openInput(file);
+    const QString fault = readInput(path, picture.bytes);
     if (!fault.isEmpty())
         return fault;
-    if (file.size() > kMaxPictureSize)
-        return QStringLiteral("too large for a page result file: %1 bytes").arg(file.size());
-    try {
-        picture.bytes = file.read(file.size());
-    } catch (const std::bad_alloc &) {
-        return QStringLiteral("out of memory");
-    }
-    if (picture.bytes.isEmpty())
-        return file.errorString();
     picture.check = PictureCheck::of(picture.bytes);
     return picture.check.fault;
-}
-
-QString createFolder(const QString &folder)
-{
-    std::error_code error;
-    std::filesystem::create_directories(QFile::encodeName(folder).constData(), error);
-    return error ? qt_error_string(error.value()) : QString();
 }
 
 } // namespace
@@ -90,7 +65,7 @@ int runWrap(const QStringList &arguments)
             fail(line.output(), fault);
             return ExitStatus::Failed;
         }
-        const QString page = QDir(line.output()).filePath(QStringLiteral("page_%1").arg(i));
+        const QString page = QDir(line.output()).filePath(pageFileName(i));
         fault = saveFile(
             page, rules,
             {EmfDeal::getHeader(picture.bytes.size(), picture.check.format), picture.bytes});

@@ -1,0 +1,771 @@
+#include "DocpageRun.h"
+#include "TinyPictures.h"
+#include "emfdeal/EmfDeal.h"
+#include "tools/docpage/deck/SlideModel.h"
+
+#include <QDir>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QRandomGenerator>
+#include <QRegularExpression>
+#include <QTextCodec>
+#include <QtTest>
+
+#include <cstring>
+#include <functional>
+#include <memory>
+
+namespace {
+
+QByteArray hex(const char *bytes)
+{
+    return QByteArray::fromHex(bytes);
+}
+
+QString text(const char *utf8)
+{
+    return QString::fromUtf8(utf8);
+}
+
+QStringList words(const char *line)
+{
+    return text(line).split(QLatin1Char(' '), Qt::SkipEmptyParts);
+}
+
+QByteArray pageOf(const QByteArray &model)
+{
+    return EmfDeal::getHeader(model.size(), DocCovRslt::PAGE_FORMAT_PPT_ANIM) + model;
+}
+
+// Values of all kinds, the odd ones more often than they would be met.
+class Dice
+{
+public:
+    explicit Dice(quint32 seed)
+        : m_generator(seed)
+    {
+    }
+
+    int upTo(int most) { return m_generator.bounded(most + 1); }
+
+    template <typename Integer>
+    Integer integer()
+    {
+        return upTo(2) == 0 ? Integer(upTo(2) - 1) : static_cast<Integer>(m_generator.generate());
+    }
+
+    float number()
+    {
+        static constexpr quint32 kOdd[] = {
+            0x00000000, 0x80000000, 0x7F800000, 0xFF800000, 0x7FC00000, 0xFFC00000, 0x7FC12345,
+            0x00000001, 0x807FFFFF, 0x00800000, 0x7F7FFFFF, 0xFF7FFFFF, 0x3DCCCCCD, 0x4B7FFFFF};
+        switch (upTo(3)) {
+        case 0:
+            return static_cast<float>(upTo(20000)) / 8;
+        case 1:
+            return ofBits(kOdd[upTo(int(std::size(kOdd)) - 1)]);
+        default:
+            return ofBits(m_generator.generate());
+        }
+    }
+
+    QByteArray bytes()
+    {
+        switch (upTo(4)) {
+        case 0:
+            return {};
+        case 1:
+            return "";
+        case 2:
+            return TinyPictures::png();
+        case 3:
+            return TinyPictures::jpg();
+        default:
+            QByteArray bytes(1 + upTo(40), '\0');
+            for (char &byte : bytes)
+                byte = integer<char>();
+            return bytes;
+        }
+    }
+
+private:
+    static float ofBits(quint32 bits)
+    {
+        float value = 0;
+        std::memcpy(&value, &bits, sizeof value);
+        return value;
+    }
+
+    QRandomGenerator m_generator;
+};
+
+void fill(PPT_Page &page, Dice &dice)
+{
+    page.pageImage = dice.bytes();
+    if (dice.upTo(1) == 0) {
+        page.transition.advanceOnClick = dice.integer<qint8>();
+        page.transition.advanceOnTime = dice.integer<qint8>();
+        page.transition.advanceTime = dice.number();
+        page.transition.entryEffect = dice.integer<qint16>();
+        page.transition.hidden = dice.integer<qint8>();
+        page.transition.loopSoundUntilNext = dice.integer<qint8>();
+    }
+    for (int i = dice.upTo(4); i > 0; --i) {
+        auto *shape = new PPT_Shape;
+        page.shapes.push_back(shape);
+        shape->shapeId = dice.integer<quint16>();
+        shape->left = dice.number();
+        shape->top = dice.number();
+        shape->width = dice.number();
+        shape->height = dice.number();
+        shape->picDat = dice.bytes();
+    }
+    for (int i = dice.upTo(4); i > 0; --i) {
+        auto *effect = new PPT_Effect;
+        page.effects.push_back(effect);
+        effect->effectNo = dice.integer<qint16>();
+        effect->shapeId = dice.integer<quint16>();
+        effect->effectParamA = dice.integer<qint16>();
+        effect->effectParamB = dice.integer<qint16>();
+        effect->exit = dice.integer<qint8>();
+        PPT_Timing &timing = effect->timing;
+        for (float *number : {&timing.accelerate, &timing.decelerate, &timing.duration,
+                              &timing.timingF5, &timing.timingF7, &timing.timingF12})
+            *number = dice.number();
+        for (qint8 *flag : {&timing.autoReverse, &timing.timingB6, &timing.timingB8,
+                            &timing.timingB9, &timing.timingB10, &timing.timingB11})
+            *flag = dice.integer<qint8>();
+        timing.triggerType = static_cast<qint8>(dice.upTo(5) - 1);
+    }
+}
+
+// One page of the number `number`, or any number of pages.
+QByteArray anyModel(Dice &dice, int number, bool isPlain)
+{
+    SlideModel model;
+    model.data.head.width = isPlain ? 0.1F : dice.number();
+    model.data.head.height = isPlain ? 720 : dice.number();
+    for (int i = isPlain ? 1 : dice.upTo(3); i > 0; --i) {
+        const auto id = isPlain ? static_cast<quint16>(number) : dice.integer<quint16>();
+        PPT_Page *&page = model.data.pages[id];
+        if (page)
+            continue;
+        page = new PPT_Page;
+        page->pageId = id;
+        fill(*page, dice);
+    }
+    return model.payload();
+}
+
+} // namespace
+
+/// Descriptions of animated decks: docpage build and docpage model.
+class TestDocpageDeck : public QObject
+{
+    Q_OBJECT
+
+private:
+    std::unique_ptr<Workplace> place;
+
+    void verifyFails(const QStringList &arguments, const QByteArray &err)
+    {
+        const QStringList before = place->entries();
+        const Outcome outcome = place->run(arguments);
+        QCOMPARE(outcome.err, err);
+        QCOMPARE(outcome.out, QByteArray());
+        QCOMPARE(outcome.status, 1);
+        QCOMPARE(place->entries(), before);
+    }
+
+    void verifyDoes(const QStringList &arguments, const QByteArray &out)
+    {
+        const Outcome outcome = place->run(arguments);
+        QCOMPARE(outcome.err, QByteArray());
+        QCOMPARE(outcome.out, out);
+        QCOMPARE(outcome.status, 0);
+    }
+
+private Q_SLOTS:
+    void initTestCase();
+    void init();
+
+    void golden();
+    void defaults();
+    void names();
+    void wrongDeck_data();
+    void wrongDeck();
+    void keysAreTheSchemas();
+    void oneFileOfManySlides();
+    void picturesAreRelativeToTheDeck();
+    void existingFilesStay();
+    void inputsStay();
+    void otherPagesStay();
+
+    void modelText();
+    void modelRefuses_data();
+    void modelRefuses();
+    void modelHandlesOthers();
+    void modelJson();
+    void extract();
+    void extractFails();
+    void info();
+
+    void roundTrip_data();
+    void roundTrip();
+};
+
+void TestDocpageDeck::initTestCase()
+{
+    QTextCodec::setCodecForLocale(QTextCodec::codecForName("UTF-8"));
+}
+
+void TestDocpageDeck::init()
+{
+    place = std::make_unique<Workplace>();
+    place->write(text("red.png"), TinyPictures::png());
+    place->write(text("grey.jpg"), TinyPictures::jpg());
+}
+
+void TestDocpageDeck::golden()
+{
+    place->write(text("deck.json"), R"({
+  "width": 640, "height": 480.5,
+  "slides": [
+    {},
+    {
+      "background": {"base64": "AQID"},
+      "transition": {"advanceOnClick": true, "advanceOnTime": 2, "advanceTime": 1.5,
+                     "entryEffect": 258, "hidden": false, "loopSoundUntilNext": -2},
+      "shapes": [{"id": 7, "picture": {"base64": "BAU="},
+                  "left": 1, "top": 2, "width": 3, "height": 4}],
+      "effects": [{"shape": 7, "exit": true, "trigger": "after", "duration": 0.1,
+                   "effectNo": -2, "effectParamA": 3, "effectParamB": 4, "accelerate": 1,
+                   "autoReverse": 1, "decelerate": 2, "timingF5": 5, "timingB6": 6,
+                   "timingF7": 7, "timingB8": 8, "timingB9": 9, "timingB10": 10,
+                   "timingB11": 11, "timingF12": 12}]
+    }
+  ]
+})");
+    verifyDoes(words("build deck.json -o new"), "2 page result files in new\n");
+    const QByteArray head = "50 54 41 4d 00 00 00 02 " // magic, version
+                            "40 84 00 00 00 00 00 00 " // width
+                            "40 7e 08 00 00 00 00 00 " // height
+                            "00 00 00 01 ";            // pages
+    QCOMPARE(place->read(text("new/page_0")).toHex(' '),
+             hex("88 88 88 88 01 01 03 00 00 00 38 00 00 00 " + head +
+                 "00 00 ff ff ff ff "                         // number, no image
+                 "00 00 00 00 00 00 00 00 00 00 00 00 00 00 " // transition
+                 "00 00 00 00 00 00 00 00")                   // shapes, effects
+                 .toHex(' '));
+    QCOMPARE(place->read(text("new/page_1")).toHex(' '),
+             hex("88 88 88 88 01 01 03 00 00 00 a3 00 00 00 " + head +
+                 "00 01 00 00 00 03 01 02 03 "                      // number, image
+                 "ff 02 3f f8 00 00 00 00 00 00 01 02 00 fe "       // transition
+                 "00 00 00 01 00 07 "                               // shapes, id
+                 "3f f0 00 00 00 00 00 00 40 00 00 00 00 00 00 00 " // left, top
+                 "40 08 00 00 00 00 00 00 40 10 00 00 00 00 00 00 " // width, height
+                 "00 00 00 02 04 05 "                               // picture
+                 "00 00 00 01 ff fe 00 07 00 03 00 04 ff " // effects, the fields up to exit
+                 "3f f0 00 00 00 00 00 00 01 "             // accelerate, autoReverse
+                 "40 00 00 00 00 00 00 00 "                // decelerate
+                 "3f b9 99 99 a0 00 00 00 "                // duration
+                 "40 14 00 00 00 00 00 00 06 "             // timingF5, timingB6
+                 "40 1c 00 00 00 00 00 00 08 09 0a 0b "    // timingF7, timingB8 to B11
+                 "40 28 00 00 00 00 00 00 03")             // timingF12, trigger
+                 .toHex(' '));
+}
+
+void TestDocpageDeck::defaults()
+{
+    place->write(text("deck.json"), R"({
+  "$schema": "anything",
+  "slides": [
+    {"background": null},
+    {"background": "red.png",
+     "shapes": [{"id": 1, "picture": "grey.jpg"},
+                {"id": 2, "picture": "grey.jpg", "width": 9},
+                {"id": 3, "picture": "grey.jpg", "top": -1, "height": 9}],
+     "effects": [{"shape": 1}],
+     "transition": {}}
+  ]
+})");
+    verifyDoes(words("build deck.json -o new"), "2 page result files in new\n");
+    verifyDoes(words("model new/page_0 new/page_1"),
+               R"(new/page_0: 4 x 3, 1 page, 0 shapes, 0 effects
+  page 0
+    background: none
+new/page_1: 4 x 3, 1 page, 3 shapes, 1 effect
+  page 1
+    background: 73 bytes, 4 x 3 pixels
+    shape 1: at 0, 0, size 2 x 2; picture: 160 bytes, 2 x 2 pixels
+    shape 2: at 0, 0, size 9 x 2; picture: 160 bytes, 2 x 2 pixels
+    shape 3: at 0, -1, size 2 x 9; picture: 160 bytes, 2 x 2 pixels
+    effect of shape 1: on click, 0.5 s
+)");
+}
+
+void TestDocpageDeck::names()
+{
+    const QString umlaut = text("Übergröße 第一.png");
+    place->write(umlaut, TinyPictures::png());
+    place->write(text("deck.json"),
+                 "\xEF\xBB\xBF{\"slides\":[{\"background\":\"" + umlaut.toUtf8() + "\"}]}");
+    verifyDoes(words("build deck.json -o new"), "1 page result file in new\n");
+}
+
+void TestDocpageDeck::wrongDeck_data()
+{
+    QTest::addColumn<QByteArray>("json");
+    QTest::addColumn<QByteArray>("fault");
+
+    const auto row = [](const char *json, const QByteArray &fault) {
+        QTest::newRow(json) << QByteArray(json) << fault;
+    };
+    const auto slideRow = [](const char *slide, const QByteArray &fault) {
+        QTest::newRow(slide) << QByteArray(R"({"width": 1, "height": 1, "slides": [{}, )") + slide +
+                                    "]}"
+                             << "slides[1]" + fault;
+    };
+    const QByteArray noFloat =
+        R"(must be a number from -3.4028235e+38 to 3.4028235e+38, "nan", "inf", "-inf", "-0" or )"
+        R"(bits as "0xffc00001", not )";
+    const QByteArray noUnsigned = "must be a whole number from 0 to 65535, not ";
+    const QByteArray noSigned = "must be a whole number from -32768 to 32767, not ";
+    const QByteArray noFlag = "must be true, false or a whole number from -128 to 127, not ";
+    const QByteArray noTrigger =
+        R"(must be "click", "with", "after" or a whole number from -128 to 127, not )";
+    const QByteArray noPicture = "must be a file name, an object with the key base64 or null, not ";
+
+    row("{\n \"slides\": [\n  \xC3\xA4", "line 3, column 3: illegal number");
+    row("{\"\xC3\xA4\": ?}", "line 1, column 7: illegal number");
+    row("{}\n{}", "line 2, column 1: garbage at the end of the document");
+    row("[]", "must be an object, not an array");
+    row("{}", "slides: missing");
+    row(R"({"slide": []})", "slide: unknown key; the keys here are $schema, width, height, slides");
+    row(R"({"slides": 1})", "slides: must be an array, not 1");
+    row(R"({"slides": []})", "slides: must not be empty");
+    row(R"({"slides": [{}]})", "width: missing, and there is no background to take it from");
+    row(R"({"width": 1, "slides": [{"background": null}]})",
+        "height: missing, and there is no background to take it from");
+    row(R"({"width": 1, "slides": [{"background": {"base64": "AAAA"}}]})",
+        "height: missing, and the size of the background is unreadable");
+    row(R"({"width": "1", "height": 1, "slides": [{}]})", "width: " + noFloat + "\"1\"");
+    row(R"({"width": 1, "height": 1e39, "slides": [{}]})", "height: " + noFloat + "1e+39");
+    row(R"({"width": 1, "height": "0xffc0000", "slides": [{}]})",
+        "height: " + noFloat + "\"0xffc0000\"");
+    row(R"({"files": [], "slides": []})", "slides: unknown key; the keys here are $schema, files");
+    row(R"({"files": []})", "files: must not be empty");
+    row(R"({"files": [{"slides": []}]})",
+        "files[0].width: missing, and there is no background to take it from");
+    row(R"({"files": [{"width": 1, "height": 1, "slides": [{"pageId": 1}, {}]}]})",
+        "files[0].slides[1].pageId: another slide of the file has the number 1, too");
+    row(R"({"files": [{"slides": [{}]}, {"slide": []}]})",
+        "files[0].width: missing, and there is no background to take it from");
+    slideRow("1", ": must be an object, not 1");
+    slideRow(R"({"pageId": 65536})", ".pageId: " + noUnsigned + "65536");
+    slideRow(R"({"pageId": -1})", ".pageId: " + noUnsigned + "-1");
+    slideRow(R"({"background": "gone.png"})",
+             R"(.background: cannot read "gone.png": No such file or directory)");
+    slideRow(R"({"background": "folder"})", R"(.background: cannot read "folder": is a directory)");
+    slideRow(R"({"background": "empty"})", R"(.background: cannot read "empty": empty file)");
+    slideRow(R"({"background": ""})", R"(.background: cannot read "": no file name)");
+    slideRow(R"({"background": "a\nb"})",
+             R"(.background: cannot read "a\nb": No such file or directory)");
+    slideRow(R"({"background": 5})", ".background: " + noPicture + "5");
+    slideRow(R"({"background": {}})", ".background.base64: missing");
+    slideRow(R"({"background": {"base64": true}})",
+             ".background.base64: must be a string, not true");
+    slideRow(R"({"background": {"base64": "A A="}})",
+             R"(.background.base64: must be base64, not "A A=")");
+    slideRow(R"({"background": {"base64": "AAA"}})",
+             R"(.background.base64: must be base64, not "AAA")");
+    slideRow(R"({"background": {"file": "a"}})",
+             ".background.file: unknown key; the keys here are base64");
+    slideRow(R"({"transition": null})", ".transition: must be an object, not null");
+    slideRow(R"({"transition": {"advanceTime": true}})",
+             ".transition.advanceTime: " + noFloat + "true");
+    slideRow(R"({"transition": {"entryEffect": 32768}})",
+             ".transition.entryEffect: " + noSigned + "32768");
+    slideRow(R"({"shapes": {}})", ".shapes: must be an array, not an object");
+    slideRow(R"({"shapes": [[]]})", ".shapes[0]: must be an object, not an array");
+    slideRow(R"({"shapes": [{"id": 1}]})", ".shapes[0].picture: missing");
+    slideRow(R"({"shapes": [{"picture": "red.png"}]})", ".shapes[0].id: missing");
+    slideRow(R"({"shapes": [{"id": 1, "picture": "red.png"}, {"id": 2, "picture": "gone.png"}]})",
+             R"(.shapes[1].picture: cannot read "gone.png": No such file or directory)");
+    slideRow(R"({"shapes": [{"id": 1.5, "picture": "red.png"}]})",
+             ".shapes[0].id: " + noUnsigned + "1.5");
+    slideRow(R"({"shapes": [{"id": 1, "picture": null, "width": 1}]})",
+             ".shapes[0].height: missing, and there is no picture to take it from");
+    slideRow(R"({"shapes": [{"id": 1, "picture": "text", "height": 1}]})",
+             ".shapes[0].width: missing, and the size of the picture is unreadable");
+    slideRow(R"({"effects": [{}]})", ".effects[0].shape: missing");
+    slideRow(R"({"effects": [{"shape": "1"}]})", ".effects[0].shape: " + noUnsigned + "\"1\"");
+    slideRow(R"({"effects": [{"shape": 1, "exit": 128}]})", ".effects[0].exit: " + noFlag + "128");
+    slideRow(R"({"effects": [{"shape": 1, "exit": "yes"}]})",
+             ".effects[0].exit: " + noFlag + "\"yes\"");
+    slideRow(R"({"effects": [{"shape": 1, "trigger": "Click"}]})",
+             ".effects[0].trigger: " + noTrigger + "\"Click\"");
+    slideRow(R"({"effects": [{"shape": 1, "trigger": 128}]})",
+             ".effects[0].trigger: " + noTrigger + "128");
+    slideRow(
+        R"({"effects": [{"shape": 1, "duration": "A text of more than forty characters, cut."}]})",
+        ".effects[0].duration: " + noFloat + "\"A text of more than forty characters, c...");
+}
+
+void TestDocpageDeck::wrongDeck()
+{
+    QFETCH(QByteArray, json);
+    QFETCH(QByteArray, fault);
+    QVERIFY(QDir(place->path({})).mkdir(text("folder")));
+    place->write(text("empty"), {});
+    place->write(text("text"), "no picture");
+    place->write(text("deck.json"), json);
+    verifyFails(words("build deck.json -o new"), "docpage: deck.json: " + fault + '\n');
+}
+
+// The program tells all keys of an object when it finds another one.
+void TestDocpageDeck::keysAreTheSchemas()
+{
+    QFile file(QStringLiteral(DOCPAGE_DECK_SCHEMA));
+    QVERIFY(file.open(QIODevice::ReadOnly));
+    const QJsonObject schema = QJsonDocument::fromJson(file.readAll()).object();
+    const QJsonObject definitions = schema[text("$defs")].toObject();
+
+    const QHash<QString, QByteArray> decks{
+        {text("deck"), R"({"x": 1})"},
+        {text("deckOfFiles"), R"({"files": [], "x": 1})"},
+        {text("file"), R"({"files": [{"x": 1}]})"},
+        {text("slide"), R"({"slides": [{"x": 1}]})"},
+        {text("shape"), R"({"width": 1, "height": 1, "slides": [{"shapes": [{"x": 1}]}]})"},
+        {text("effect"), R"({"width": 1, "height": 1, "slides": [{"effects": [{"x": 1}]}]})"},
+        {text("transition"), R"({"width": 1, "height": 1, "slides": [{"transition": {"x": 1}}]})"},
+    };
+    int objects = 0;
+    for (auto at = definitions.begin(); at != definitions.end(); ++at) {
+        const QJsonObject properties = at.value().toObject()[text("properties")].toObject();
+        if (properties.isEmpty())
+            continue;
+        ++objects;
+        QVERIFY2(decks.contains(at.key()), qPrintable(at.key()));
+        place->write(text("deck.json"), decks[at.key()]);
+        const QString err = text(place->run(words("build deck.json -o new")).err);
+        QStringList keys = err.trimmed().section(text("the keys here are "), 1).split(text(", "));
+        keys.sort();
+        QCOMPARE(keys, properties.keys());
+    }
+    QCOMPARE(objects, decks.size());
+}
+
+void TestDocpageDeck::oneFileOfManySlides()
+{
+    place->write(text("deck.json"), R"({"files": [
+  {"width": 1, "height": 2, "slides": [{"pageId": 9}, {"pageId": 4}, {}]},
+  {"width": 3, "height": 4, "slides": []},
+  {"width": 5, "height": 6, "slides": [{}]}
+]})");
+    verifyDoes(words("build deck.json -o new"), "3 page result files in new\n");
+    verifyDoes(words("model new/page_0 new/page_1 new/page_2"),
+               "new/page_0: 1 x 2, 3 pages, 0 shapes, 0 effects\n"
+               "  page 2\n    background: none\n"
+               "  page 4\n    background: none\n"
+               "  page 9\n    background: none\n"
+               "new/page_1: 3 x 4, 0 pages, 0 shapes, 0 effects\n"
+               "new/page_2: 5 x 6, 1 page, 0 shapes, 0 effects\n"
+               "  page 3\n    background: none\n");
+}
+
+void TestDocpageDeck::picturesAreRelativeToTheDeck()
+{
+    QVERIFY(QDir(place->path({})).mkpath(text("deep/er")));
+    place->write(text("deep/er/a.png"), TinyPictures::png());
+    const QString absolute = place->path(text("grey.jpg"));
+    place->write(text("deep/deck.json"), R"({"slides": [{"background": "er/a.png"},
+        {"background": "../red.png"}, {"background": ")" +
+                                             absolute.toUtf8() + "\"}]}");
+    verifyDoes(words("build deep/deck.json -o new"), "3 page result files in new\n");
+    QVERIFY(place->read(text("new/page_2")).contains(TinyPictures::jpg()));
+}
+
+void TestDocpageDeck::existingFilesStay()
+{
+    place->write(text("deck.json"), R"({"slides": [{"background": "red.png"}, {}, {}]})");
+    QVERIFY(QDir(place->path({})).mkpath(text("new/page_2")));
+    place->write(text("new/page_1"), "mine");
+    verifyFails(words("build deck.json -o new"),
+                "docpage: new/page_1: already exists; use --force to replace it\n"
+                "docpage: new/page_2: is a directory\n");
+    verifyFails(words("build deck.json -o new --force"), "docpage: new/page_2: is a directory\n");
+    verifyFails(words("build deck.json -o red.png"), "docpage: red.png: Not a directory\n");
+
+    QVERIFY(QDir(place->path(text("new"))).rmdir(text("page_2")));
+    verifyDoes(words("build deck.json -o new --force"), "3 page result files in new\n");
+    QVERIFY(place->read(text("new/page_1")).startsWith("\x88\x88\x88\x88"));
+}
+
+void TestDocpageDeck::inputsStay()
+{
+    place->write(text("page_0"), R"({"slides": [{"background": "page_1"}, {}]})");
+    place->write(text("page_1"), TinyPictures::png());
+    verifyFails(words("build page_0 -o . --force"), "docpage: ./page_0: would replace an input\n"
+                                                    "docpage: ./page_1: would replace an input\n");
+}
+
+void TestDocpageDeck::otherPagesStay()
+{
+    QVERIFY(QDir(place->path({})).mkdir(text("new")));
+    place->write(text("new/page_1"), "other");
+    place->write(text("deck.json"), R"({"slides": [{"background": "red.png"}]})");
+    verifyDoes(words("build deck.json -o new"), "1 page result file in new\n");
+    QCOMPARE(place->read(text("new/page_1")), QByteArray("other"));
+}
+
+void TestDocpageDeck::modelText()
+{
+    place->write(text("deck.json"), R"({
+  "width": 0.1, "height": "inf",
+  "slides": [{
+    "pageId": 3,
+    "background": {"base64": ""},
+    "transition": {"advanceOnClick": true, "advanceTime": 2.5, "entryEffect": -3},
+    "shapes": [{"id": 1, "picture": "red.png", "left": 1.5, "top": "-0"},
+               {"id": 2, "picture": null, "width": 1, "height": 1},
+               {"id": 3, "picture": {"base64": "AAAA"}, "width": 1, "height": 1}],
+    "effects": [{"shape": 1, "trigger": "click"},
+                {"shape": 2, "trigger": "with", "exit": true},
+                {"shape": 4, "trigger": "after", "exit": 5, "duration": "nan"},
+                {"shape": 1, "trigger": 0, "effectNo": 1, "timingB11": true, "timingF12": 0.1}]
+  }]
+})");
+    verifyDoes(words("build deck.json -o new"), "1 page result file in new\n");
+    verifyDoes(words("model new/page_0"), R"(new/page_0: 0.1 x inf, 1 page, 3 shapes, 4 effects
+  page 3
+    background: empty
+    transition: advanceOnClick true, advanceTime 2.5, entryEffect -3
+    shape 1: at 1.5, -0, size 4 x 3; picture: 73 bytes, 4 x 3 pixels
+    shape 2: at 0, 0, size 1 x 1; picture: empty
+    shape 3: at 0, 0, size 1 x 1; picture: 3 bytes, size in pixels unreadable
+    effect of shape 1: on click, 0.5 s
+    effect of shape 2: with the previous effect, exit, 0.5 s
+    effect of shape 4 (not there): after the previous effect, exit 5, nan s
+    effect of shape 1: trigger 0, 0.5 s; effectNo 1, timingB11 true, timingF12 0.1
+)");
+}
+
+void TestDocpageDeck::modelRefuses_data()
+{
+    QTest::addColumn<QByteArray>("content");
+    QTest::addColumn<QByteArray>("fault");
+    QTest::addColumn<bool>("isKnownToInfo");
+
+    const QByteArray corrupt = "the slide animation data is truncated or corrupt";
+    QTest::newRow("picture") << EmfDeal::getHeader(73, DocCovRslt::PAGE_FORMAT_PNG) +
+                                    TinyPictures::png()
+                             << QByteArray("holds a picture, not slide animation data") << true;
+    QTest::newRow("one byte") << pageOf(QByteArray(1, '\0')) << corrupt << false;
+    QTest::newRow("other magic") << pageOf(hex("50 54 41 4e 00 00 00 02") + QByteArray(20, '\0'))
+                                 << corrupt << false;
+    QTest::newRow("other version")
+        << pageOf(hex("50 54 41 4d 00 00 00 01") + QByteArray(20, '\0')) << corrupt << false;
+    QTest::newRow("2147483647 pages announced")
+        << pageOf(hex("50 54 41 4d 00 00 00 02") + QByteArray(16, '\0') + hex("7f ff ff ff"))
+        << corrupt << false;
+    QTest::newRow("no page result file")
+        << TinyPictures::png()
+        << QByteArray("not a page result file: it does not begin with 88 88 88 88") << false;
+}
+
+void TestDocpageDeck::modelRefuses()
+{
+    QFETCH(QByteArray, content);
+    QFETCH(QByteArray, fault);
+    QFETCH(bool, isKnownToInfo);
+    place->write(text("bad"), content);
+    const QByteArray line = "docpage: bad: " + fault + '\n';
+    verifyFails(words("model bad"), line);
+    verifyFails(words("model bad --json"), line);
+    verifyFails(words("model bad --json --extract new"), line);
+    if (!isKnownToInfo)
+        verifyFails(words("info bad"), line);
+}
+
+void TestDocpageDeck::modelHandlesOthers()
+{
+    place->write(text("deck.json"), R"({"width": 1, "height": 1, "slides": [{}]})");
+    verifyDoes(words("build deck.json -o new"), "1 page result file in new\n");
+    const Outcome outcome = place->run(words("model gone new/page_0"));
+    QCOMPARE(outcome.err, QByteArray("docpage: gone: No such file or directory\n"));
+    QCOMPARE(outcome.out, QByteArray("new/page_0: 1 x 1, 1 page, 0 shapes, 0 effects\n"
+                                     "  page 0\n    background: none\n"));
+    QCOMPARE(outcome.status, 1);
+    // Without a file it would be another deck.
+    verifyFails(words("model --json gone new/page_0"),
+                "docpage: gone: No such file or directory\n");
+}
+
+void TestDocpageDeck::modelJson()
+{
+    place->write(text("deck.json"), R"({"slides": [
+  {"background": "red.png", "shapes": [{"id": 1, "picture": {"base64": "AAAA"}, "width": 0.1, "height": "nan"}],
+   "effects": [{"shape": 1, "exit": true, "trigger": 0, "timingF5": 1e-45}], "transition": {"hidden": 5}},
+  {"background": {"base64": ""}}
+]})");
+    verifyDoes(words("build deck.json -o new"), "2 page result files in new\n");
+    const QByteArray begin = R"({
+  "width": 4,
+  "height": 3,
+  "slides": [
+    {
+)";
+    const QByteArray end = R"(      "transition": {"hidden": 5},
+      "shapes": [
+        {"id": 1, "left": 0, "top": 0, "width": 0.1, "height": "nan", "picture": {"base64": "AAAA"}}
+      ],
+      "effects": [
+        {"shape": 1, "exit": true, "trigger": 0, "duration": 0.5, "timingF5": 1.4013e-45}
+      ]
+    },
+    {
+      "background": {"base64": ""},
+      "shapes": [],
+      "effects": []
+    }
+  ]
+}
+)";
+    const QByteArray red = R"(      "background": {"base64": ")" + TinyPictures::png().toBase64();
+    verifyDoes(words("model --json new/page_0 new/page_1"), begin + red + "\"},\n" + end);
+
+    verifyDoes(words("model --json new/page_1"),
+               R"({
+  "width": 4,
+  "height": 3,
+  "slides": [
+    {
+      "pageId": 1,
+      "background": {"base64": ""},
+      "shapes": [],
+      "effects": []
+    }
+  ]
+}
+)");
+}
+
+void TestDocpageDeck::extract()
+{
+    place->write(text("deck.json"), R"({"slides": [
+  {"background": "red.png", "shapes": [
+     {"id": 1, "picture": "grey.jpg"},
+     {"id": 1, "picture": "red.png"},
+     {"id": 2, "picture": {"base64": "AAAA"}, "width": 1, "height": 1},
+     {"id": 2, "picture": {"base64": ""}, "width": 1, "height": 1}]},
+  {"background": "grey.jpg"}
+]})");
+    verifyDoes(words("build deck.json -o new"), "2 page result files in new\n");
+    const QStringList model = words("model --json --extract pictures/all new/page_0 new/page_1");
+    const Outcome outcome = place->run(model);
+    QCOMPARE(outcome.err, QByteArray());
+    QCOMPARE(outcome.status, 0);
+    QCOMPARE(QDir(place->path(text("pictures/all"))).entryList(QDir::Files | QDir::Hidden),
+             words("slide_0-background.png slide_0-shape_0.jpg slide_0-shape_2.bin"));
+    QCOMPARE(place->read(text("pictures/all/slide_0-background.png")), TinyPictures::png());
+    QCOMPARE(place->read(text("pictures/all/slide_0-shape_0.jpg")), TinyPictures::jpg());
+    QCOMPARE(place->read(text("pictures/all/slide_0-shape_2.bin")), QByteArray(3, '\0'));
+    QCOMPARE(outcome.out.count("\"pictures/all/slide_0-background.png\""), 2);
+    QCOMPARE(outcome.out.count("\"picture\": null"), 1);
+    QVERIFY(!outcome.out.contains("base64"));
+
+    place->write(text("again.json"), outcome.out);
+    verifyDoes(words("build again.json -o again"), "2 page result files in again\n");
+    for (const QString &page : words("page_0 page_1"))
+        QCOMPARE(place->read(text("again/") + page), place->read(text("new/") + page));
+
+    verifyFails(model, "docpage: pictures/all/slide_0-background.png: already exists; "
+                       "use --force to replace it\n");
+    verifyDoes(model + words("--force"), outcome.out);
+}
+
+void TestDocpageDeck::extractFails()
+{
+    place->write(text("deck.json"), R"({"slides": [{"background": "red.png"}]})");
+    verifyDoes(words("build deck.json -o new"), "1 page result file in new\n");
+    verifyFails(words("model --json --extract red.png new/page_0"),
+                "docpage: red.png: Not a directory\n");
+}
+
+void TestDocpageDeck::info()
+{
+    place->write(text("deck.json"), R"({"files": [{"width": 640, "height": 360.5, "slides": [
+  {"shapes": [{"id": 1, "picture": "red.png"}], "effects": [{"shape": 1}, {"shape": 1}]},
+  {"pageId": 7, "shapes": [{"id": 1, "picture": "red.png"}]}]}]})");
+    verifyDoes(words("build deck.json -o new"), "1 page result file in new\n");
+    verifyDoes(words("info new/page_0"),
+               "new/page_0: slide animation data, 434 bytes, 640 x 360.5, 2 pages, 2 shapes, "
+               "2 effects\n");
+    verifyDoes(words("info --json new/page_0"), R"([
+    {
+        "file": "new/page_0",
+        "format": "slide-animation",
+        "formatCode": 3,
+        "pageSize": {
+            "height": 360.5,
+            "width": 640
+        },
+        "pages": [
+            {
+                "effects": 2,
+                "pageId": 0,
+                "shapes": 1
+            },
+            {
+                "effects": 0,
+                "pageId": 7,
+                "shapes": 1
+            }
+        ],
+        "payloadSize": 434,
+        "trailingBytes": 0,
+        "version": "0x0101"
+    }
+]
+)");
+}
+
+void TestDocpageDeck::roundTrip_data()
+{
+    QTest::addColumn<quint32>("seed");
+    for (quint32 seed = 1; seed <= 60; ++seed)
+        QTest::addRow("seed %u", seed) << seed;
+}
+
+void TestDocpageDeck::roundTrip()
+{
+    QFETCH(quint32, seed);
+    Dice dice(seed);
+    const bool isPlain = dice.upTo(2) == 0;
+    QStringList pages;
+    QVERIFY(QDir(place->path({})).mkdir(text("old")));
+    for (int i = 0, last = dice.upTo(3); i <= last; ++i) {
+        pages += QStringLiteral("page_%1").arg(i);
+        place->write(text("old/") + pages.last(), pageOf(anyModel(dice, i, isPlain)));
+    }
+    QStringList model = words("model --json");
+    for (const QString &page : qAsConst(pages))
+        model += text("old/") + page;
+
+    for (const QStringList &extract : {QStringList(), words("--extract pictures")}) {
+        const Outcome outcome = place->run(model + extract);
+        QCOMPARE(outcome.err, QByteArray());
+        if (isPlain)
+            QVERIFY(outcome.out.startsWith("{\n  \"width\": 0.1,"));
+        place->write(text("deck.json"), outcome.out);
+        QCOMPARE(place->run(words("build deck.json -o new --force")).err, QByteArray());
+        for (const QString &page : qAsConst(pages))
+            QCOMPARE(place->read(text("new/") + page).toHex(' '),
+                     place->read(text("old/") + page).toHex(' '));
+    }
+}
+
+QTEST_GUILESS_MAIN(TestDocpageDeck)
+#include "tst_docpage_deck.moc"

@@ -1,0 +1,125 @@
+#include "tools/docpage/deck/ModelText.h"
+
+#include "tools/docpage/Console.h"
+#include "tools/docpage/PictureSize.h"
+#include "tools/docpage/deck/FieldText.h"
+#include "tools/docpage/deck/FloatText.h"
+
+namespace {
+
+QString line(int depth, const QString &text)
+{
+    return QString(2 * depth, QLatin1Char(' ')) + text + QLatin1Char('\n');
+}
+
+QString pictureText(const QByteArray &picture)
+{
+    if (picture.isNull())
+        return QStringLiteral("none");
+    if (picture.isEmpty())
+        return QStringLiteral("empty");
+    const QSize size = pictureSize(picture);
+    return counted(picture.size(), "byte") +
+           (size.isValid() ? QStringLiteral(", %1 x %2 pixels").arg(size.width()).arg(size.height())
+                           : QStringLiteral(", size in pixels unreadable"));
+}
+
+// The carried fields that have something to tell: "key value, key value".
+template <typename Object, typename VisitObject>
+QString carriedText(const Object &object, const VisitObject &visitObject)
+{
+    QStringList fields;
+    const auto add = [&fields](const char *key, const QString &text) {
+        fields += QLatin1String(key) + QLatin1Char(' ') + text;
+    };
+    const auto print = printingFields(add);
+    visitObject(object, [&print](const char *key, const auto &field, Presence presence) {
+        if (presence == Presence::Carried)
+            print(key, field, presence);
+    });
+    return fields.join(QStringLiteral(", "));
+}
+
+QString shapeText(const PPT_Shape &shape)
+{
+    return QStringLiteral("shape %1: at %2, %3, size %4 x %5; picture: %6")
+        .arg(QString::number(shape.shapeId), floatText(shape.left), floatText(shape.top),
+             floatText(shape.width), floatText(shape.height), pictureText(shape.picDat));
+}
+
+QString triggerText(qint8 type)
+{
+    switch (type) {
+    case 1:
+        return QStringLiteral("on click");
+    case 2:
+        return QStringLiteral("with the previous effect");
+    case 3:
+        return QStringLiteral("after the previous effect");
+    default:
+        return QStringLiteral("trigger %1").arg(type);
+    }
+}
+
+QString exitText(qint8 exit)
+{
+    switch (exit) {
+    case 0:
+        return {};
+    case -1:
+        return QStringLiteral(", exit");
+    default:
+        return QStringLiteral(", exit %1").arg(exit);
+    }
+}
+
+QString effectText(const PPT_Effect &effect, bool hasShape)
+{
+    const QString carried =
+        carriedText(effect, [](const auto &object, auto visit) { visitEffect(object, visit); });
+    return QStringLiteral("effect of shape %1").arg(effect.shapeId) +
+           (hasShape ? QString() : QStringLiteral(" (not there)")) + QStringLiteral(": ") +
+           triggerText(effect.timing.triggerType) + exitText(effect.exit) +
+           QStringLiteral(", %1 s").arg(floatText(effect.timing.duration)) +
+           (carried.isEmpty() ? QString() : QStringLiteral("; ") + carried);
+}
+
+QString pageText(PPT_Page &page)
+{
+    QString text = line(1, QStringLiteral("page %1").arg(page.pageId));
+    text += line(2, QStringLiteral("background: ") + pictureText(page.pageImage));
+    const QString transition = carriedText(
+        page.transition, [](const auto &object, auto visit) { visitTransition(object, visit); });
+    if (!transition.isEmpty())
+        text += line(2, QStringLiteral("transition: ") + transition);
+    for (const PPT_Shape *shape : page.shapes)
+        text += line(2, shapeText(*shape));
+    for (const PPT_Effect *effect : page.effects)
+        text += line(2, effectText(*effect, page.getPage(effect->shapeId)));
+    return text;
+}
+
+} // namespace
+
+QString modelSummary(const PPT_fileDat &model)
+{
+    size_t shapes = 0;
+    size_t effects = 0;
+    for (const auto &entry : model.pages) {
+        shapes += entry.second->shapes.size();
+        effects += entry.second->effects.size();
+    }
+    return QStringLiteral("%1 x %2, %3, %4, %5")
+        .arg(floatText(model.head.width), floatText(model.head.height),
+             counted(static_cast<qint64>(model.pages.size()), "page"),
+             counted(static_cast<qint64>(shapes), "shape"),
+             counted(static_cast<qint64>(effects), "effect"));
+}
+
+QString modelText(const PPT_fileDat &model)
+{
+    QString text;
+    for (const auto &entry : model.pages)
+        text += pageText(*entry.second);
+    return text;
+}

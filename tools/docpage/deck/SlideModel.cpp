@@ -1,0 +1,34 @@
+#include "tools/docpage/deck/SlideModel.h"
+
+QString SlideModel::read(const QByteArray &payload)
+{
+    CStdDataStream stream(payload);
+    return data.streamFrom(stream)
+               ? QString()
+               : QStringLiteral("the slide animation data is truncated or corrupt");
+}
+
+QByteArray SlideModel::payload() const
+{
+    QByteArray bytes;
+    bytes.reserve(static_cast<int>(payloadSize()));
+    CStdDataStream stream(&bytes, QIODevice::WriteOnly);
+    data.streamTo(stream);
+    return bytes;
+}
+
+qint64 SlideModel::payloadSize() const
+{
+    constexpr qint64 kHead = 24 + 4;             // with the number of pages
+    constexpr qint64 kPage = 2 + 4 + 14 + 4 + 4; // number, length, transition, two counts
+    constexpr qint64 kShape = 2 + 32 + 4;        // number, place, length
+    constexpr qint64 kEffect = 64;
+    qint64 size = kHead;
+    for (const auto &entry : data.pages) {
+        const PPT_Page &page = *entry.second;
+        size += kPage + page.pageImage.size() + kEffect * static_cast<qint64>(page.effects.size());
+        for (const PPT_Shape *shape : page.shapes)
+            size += kShape + shape->picDat.size();
+    }
+    return size;
+}
