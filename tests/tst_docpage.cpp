@@ -1210,9 +1210,6 @@ void TestDocpage::shell_data()
     QTest::newRow("a name like an option")
         << text("\"$0\" info -- -qmljsdebugger=b") << 1
         << QByteArray("docpage: -qmljsdebugger=b: No such file or directory\n");
-    QTest::newRow("a limit on the size of files")
-        << text("ulimit -f 0; \"$0\" unwrap png_page -o new") << 1
-        << QByteArray("docpage: new: File too large\n");
 }
 
 void TestDocpage::shell()
