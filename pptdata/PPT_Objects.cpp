@@ -75,8 +75,18 @@ bool PPT_Shape::streamTo(CStdDataStream &stream) const
 
 bool PPT_Shape::streamFrom(CStdDataStream &stream)
 {
-    stream >> shapeId;
-    PPT_PicDat::streamFrom(stream);
+    constexpr int kFixedSize = 2 + 32 + 4; // all but the picture's bytes
+
+    if (isOk(stream) && stream.device() && stream.device()->bytesAvailable() >= kFixedSize) {
+        quint32 length = 0;
+        RecordReader<kFixedSize> record(stream);
+        record >> shapeId >> left >> top >> width >> height >> length;
+        readBytes(stream, length, picDat);
+        readOrReleased(stream, *this); // the end of PPT_PicDat's part
+    } else {
+        stream >> shapeId;
+        PPT_PicDat::streamFrom(stream);
+    }
     return readOrReleased(stream, *this);
 }
 

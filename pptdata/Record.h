@@ -80,13 +80,11 @@ private:
     int at = 0;
 };
 
-/// Reads a byte array as QDataStream does, but makes no room for more than is there: the length is
-/// only a claim.
-inline void readByteArray(QDataStream &stream, QByteArray &bytes)
+/// Reads the bytes of a byte array as QDataStream does after their length, but makes no room for
+/// more than is there: the length is only a claim.
+inline void readBytes(QDataStream &stream, quint32 length, QByteArray &bytes)
 {
     constexpr quint32 kNull = 0xFFFFFFFF;
-    quint32 length = 0;
-    stream >> length;
     bytes.clear();
     if (length == kNull)
         return;
@@ -96,4 +94,12 @@ inline void readByteArray(QDataStream &stream, QByteArray &bytes)
     }
     bytes = QByteArray(static_cast<int>(length), Qt::Uninitialized);
     stream.readRawData(bytes.data(), bytes.size());
+}
+
+/// Reads a byte array.
+inline void readByteArray(QDataStream &stream, QByteArray &bytes)
+{
+    quint32 length = 0;
+    stream >> length;
+    readBytes(stream, length, bytes);
 }
