@@ -69,8 +69,10 @@ public:
 
     /// Reads a model into this one: pages are added, and take the place of those with the same
     /// identifier, which are released and deleted.
-    /// \return false when the data is short, which leaves the model without pages, or when magic or
-    ///         version are not this model's, which leaves the pages as they were.
+    /// \return false when the data ends behind the head, which leaves the model without pages;
+    /// false
+    ///         also when it ends in the head, or magic or version are not this model's, which
+    ///         leaves the pages as they were.
     bool streamFrom(CStdDataStream &stream) override;
 
     /// Releases and deletes all pages. The head stays.
@@ -83,11 +85,9 @@ public:
     void ClearDat(std::map<unsigned short, PPT_Page *> &map);
 
     /// Makes `dst` a model of the one page `pageId` of this model, with this model's head. What
-    /// `dst` held is released. The page is shared, not copied: take it out of `dst` again before
-    /// either model is released, or it is freed twice:
-    /// \code
-    /// PPT_fileDat one;
-    /// if (model.makePageFileDat(3, one)) {
+    /// `dst`, another model, held is released. The page is shared, not copied: take it out of `dst`
+    /// again before either model is released, or it is freed twice: \code PPT_fileDat one; if
+    /// (model.makePageFileDat(3, one)) {
     ///     one.streamTo(stream);
     ///     one.pages.clear();   // the page is still the model's
     /// }
@@ -95,9 +95,8 @@ public:
     /// \return false, with `dst` untouched, when there is no such page.
     bool makePageFileDat(unsigned short pageId, PPT_fileDat &dst);
 
-    /// Moves every page of `src` that this model lacks into it, and releases the others with `src`,
-    /// which is without pages then. No head changes.
-    /// \code
+    /// Moves every page of `src`, another model, that this model lacks into it, and releases the
+    /// others with `src`, which is without pages then. No head changes. \code
     /// model.appendPageFileDat(other);   // nothing is left of other but its head
     /// \endcode
     void appendPageFileDat(PPT_fileDat &src);

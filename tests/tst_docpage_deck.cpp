@@ -564,9 +564,14 @@ void TestDocpageDeck::modelRefuses_data()
                              << QByteArray("holds a picture, not slide animation data") << true;
     QTest::newRow("one byte") << pageOf(QByteArray(1, '\0')) << corrupt << false;
     QTest::newRow("other magic") << pageOf(hex("50 54 41 4e 00 00 00 02") + QByteArray(20, '\0'))
-                                 << corrupt << false;
+                                 << QByteArray("no slide animation data: it does not begin with "
+                                               "\"PTAM\"")
+                                 << false;
     QTest::newRow("other version")
-        << pageOf(hex("50 54 41 4d 00 00 00 01") + QByteArray(20, '\0')) << corrupt << false;
+        << pageOf(hex("50 54 41 4d 00 00 00 01") + QByteArray(20, '\0'))
+        << QByteArray("unknown version 1 of slide animation data") << false;
+    QTest::newRow("cut in its head")
+        << pageOf(hex("50 54 41 4d 00 00 00 01") + QByteArray(15, '\0')) << corrupt << false;
     QTest::newRow("2147483647 pages announced")
         << pageOf(hex("50 54 41 4d 00 00 00 02") + QByteArray(16, '\0') + hex("7f ff ff ff"))
         << corrupt << false;

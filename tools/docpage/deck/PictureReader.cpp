@@ -26,6 +26,8 @@ QByteArray PictureReader::read(const JsonNode &picture)
 QByteArray PictureReader::readFile(const JsonNode &picture)
 {
     const QString name = picture.value().toString();
+    if (name.contains(QChar(0)))
+        picture.fail(QStringLiteral("a file name holds no NUL"));
     const QString path = m_folder.filePath(name);
     const auto known = m_files.constFind(path);
     if (known != m_files.constEnd())

@@ -1,11 +1,21 @@
 #include "tools/docpage/deck/SlideModel.h"
 
+namespace {
+
+constexpr int kHeadSize = 24;
+
+}
+
 QString SlideModel::read(const QByteArray &payload)
 {
     CStdDataStream stream(payload);
-    return data.streamFrom(stream)
-               ? QString()
-               : QStringLiteral("the slide animation data is truncated or corrupt");
+    if (data.streamFrom(stream))
+        return {};
+    if (payload.size() >= kHeadSize && data.head.magic != PPT_FileHead::kMagic)
+        return QStringLiteral("no slide animation data: it does not begin with \"PTAM\"");
+    if (payload.size() >= kHeadSize && data.head.version != PPT_FileHead::kVersion)
+        return QStringLiteral("unknown version %1 of slide animation data").arg(data.head.version);
+    return QStringLiteral("the slide animation data is truncated or corrupt");
 }
 
 QByteArray SlideModel::payload() const
