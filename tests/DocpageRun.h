@@ -6,6 +6,22 @@
 
 #include <functional>
 
+inline QByteArray hex(const char *bytes)
+{
+    return QByteArray::fromHex(bytes);
+}
+
+inline QString text(const char *utf8)
+{
+    return QString::fromUtf8(utf8);
+}
+
+/// The words of a command line, separated by blanks.
+inline QStringList words(const char *line)
+{
+    return text(line).split(QLatin1Char(' '), Qt::SkipEmptyParts);
+}
+
 /// What one run of docpage came to.
 struct Outcome
 {

@@ -39,22 +39,6 @@ const char kPngHeader[] = "88 88 88 88 01 01 04 00 00 00 49 00 00 00";
 const char kJpgHeader[] = "88 88 88 88 01 01 02 00 00 00 a0 00 00 00";
 const char kSlideHeader[] = "88 88 88 88 01 01 03 00 00 00 1c 00 00 00";
 
-QByteArray hex(const char *bytes)
-{
-    return QByteArray::fromHex(bytes);
-}
-
-QString text(const char *utf8)
-{
-    return QString::fromUtf8(utf8);
-}
-
-// The words of a command line, separated by blanks.
-QStringList words(const char *line)
-{
-    return text(line).split(QLatin1Char(' '), Qt::SkipEmptyParts);
-}
-
 QByteArray pngPage()
 {
     return hex(kPngHeader) + TinyPictures::png();

@@ -18,21 +18,6 @@
 
 namespace {
 
-QByteArray hex(const char *bytes)
-{
-    return QByteArray::fromHex(bytes);
-}
-
-QString text(const char *utf8)
-{
-    return QString::fromUtf8(utf8);
-}
-
-QStringList words(const char *line)
-{
-    return text(line).split(QLatin1Char(' '), Qt::SkipEmptyParts);
-}
-
 QByteArray pageOf(const QByteArray &model)
 {
     return EmfDeal::getHeader(model.size(), DocCovRslt::PAGE_FORMAT_PPT_ANIM) + model;

@@ -35,9 +35,9 @@ Document folderDocument(const QString &folder)
         return {folder, {}, qt_error_string(errno)};
     QStringList names;
     std::error_code error;
-    for (const auto &entry :
-         std::filesystem::directory_iterator(QFile::encodeName(folder).constData(), error)) {
-        const std::string bytes = entry.path().filename().string();
+    std::filesystem::directory_iterator entry(QFile::encodeName(folder).constData(), error);
+    for (; !error && entry != std::filesystem::directory_iterator(); entry.increment(error)) {
+        const std::string bytes = entry->path().filename().string();
         const QString name = QString::fromStdString(bytes);
         // To pass over a page would give all that follow another number.
         if (name.toStdString() != bytes)

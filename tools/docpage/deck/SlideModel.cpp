@@ -4,7 +4,7 @@ namespace {
 
 constexpr int kHeadSize = 24;
 
-}
+} // namespace
 
 QString SlideModel::read(const QByteArray &payload)
 {
@@ -29,11 +29,10 @@ QByteArray SlideModel::payload() const
 
 qint64 SlideModel::payloadSize() const
 {
-    constexpr qint64 kHead = 24 + 4;             // with the number of pages
     constexpr qint64 kPage = 2 + 4 + 14 + 4 + 4; // number, length, transition, two counts
     constexpr qint64 kShape = 2 + 32 + 4;        // number, place, length
     constexpr qint64 kEffect = 64;
-    qint64 size = kHead;
+    qint64 size = kHeadSize + 4; // with the number of pages
     for (const auto &entry : data.pages) {
         const PPT_Page &page = *entry.second;
         size += kPage + page.pageImage.size() + kEffect * static_cast<qint64>(page.effects.size());
