@@ -32,6 +32,7 @@ public:
 
     /// Reads the fields. Where the data ends early the missing values are zero.
     /// \return whether the stream's status is Ok afterwards; if not, release() has been called.
+    ///         (PPT_fileDat has further reasons to refuse.)
     virtual bool streamFrom(CStdDataStream &stream);
 
     /// Frees what the object owns, not the object itself. May be called again.
