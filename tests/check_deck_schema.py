@@ -42,12 +42,25 @@ def without(document, key):
     return {name: value for name, value in document.items() if name != key}
 
 
+def unsized(*backgrounds):
+    return {"slides": [{} if name is None else {"background": name} for name in backgrounds]}
+
+
 picture = {"base64": "AAAA"}
+pixel = {  # a PNG picture of 1 x 1
+    "base64": "iVBORw0KGgoAAAANSUhEUgAAAAEAAAABCAAAAAA6fptVAAAACklEQVR4nGNgAAAAAgABSK+kcQAAAABJRU5ErkJggg=="
+}
 right = [
     deck(),
     deck({"pageId": 65535, "background": None, "transition": {}, "shapes": [], "effects": []}),
     deck(width="nan", height="-inf"),
     deck(width="0xFFC00001", height="-0"),
+    deck(width="0x7f800001", height="0x3f800000"),
+    unsized(pixel),
+    unsized(None, pixel, picture),
+    {"files": [unsized(None, pixel)]},
+    deck({"shapes": [{"id": 1, "picture": pixel}, {"id": 1, "picture": pixel, "width": 2}]}),
+    shape(picture={"base64": ""}),
     deck(width=3.4028235e38, height=-1e-45),
     {"$schema": "deck.schema.json", **deck()},
     {"files": [deck(), {"width": 1, "height": 2, "slides": []}]},
@@ -67,6 +80,13 @@ wrong = [
     {"slides": {}},
     {"files": []},
     {"files": [{}]},
+    {"files": [{"slides": []}]},
+    {"files": [{"width": 1, "slides": [{}]}]},
+    unsized(None),
+    unsized(None, None),
+    {"slides": [{"background": None}]},
+    {"width": 1, **unsized(None)},
+    {"height": 1, **unsized(None)},
     {"files": [deck()], "slides": [{}]},
     {"files": [deck()], "width": 1},
     deck(slide_=1),
@@ -97,6 +117,9 @@ wrong = [
     deck({"shapes": [{}]}),
     deck({"shapes": [{"id": 1}]}),
     deck({"shapes": [{"picture": None, "width": 1, "height": 1}]}),
+    deck({"shapes": [{"id": 1, "picture": None}]}),
+    deck({"shapes": [{"id": 1, "picture": None, "width": 1}]}),
+    deck({"shapes": [{"id": 1, "picture": {"base64": ""}, "height": 1}]}),
     shape(id=-1),
     shape(id="1"),
     shape(pitcure="a.png"),

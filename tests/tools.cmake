@@ -4,13 +4,15 @@ docdisplay_test(tst_picturecheck LABELS tools LIBRARIES docpage_parts)
 
 docdisplay_test(tst_docpage LABELS tools SOURCES DocpageRun.cpp LIBRARIES docpage_parts)
 docdisplay_test(tst_docpage_deck LABELS tools SOURCES DocpageRun.cpp LIBRARIES docpage_parts)
-foreach(test IN ITEMS tst_docpage tst_docpage_deck)
+docdisplay_test(tst_docpage_model LABELS tools SOURCES DocpageRun.cpp LIBRARIES docpage_parts)
+foreach(test IN ITEMS tst_docpage tst_docpage_deck tst_docpage_model)
   add_dependencies(${test} docpage)
   target_compile_definitions(${test} PRIVATE
     DOCPAGE_PROGRAM="$<TARGET_FILE:docpage>"
     DOCPAGE_VERSION="${DocDisplay_VERSION}"
     DOCPAGE_MAN_PAGE="${PROJECT_SOURCE_DIR}/docs/man/docpage.1"
-    DOCPAGE_DECK_SCHEMA="${PROJECT_SOURCE_DIR}/docs/deck.schema.json")
+    DOCPAGE_DECK_SCHEMA="${PROJECT_SOURCE_DIR}/docs/deck.schema.json"
+    DOCPAGE_MODEL_DOCUMENT="${PROJECT_SOURCE_DIR}/docs/animation-model.md")
 endforeach()
 
 find_program(DOCDISPLAY_PYTHON python3 HINTS /usr/bin) # the one that Debian's packages are for

@@ -145,6 +145,7 @@ private Q_SLOTS:
     void wrongUsage();
     void manPageHasEverything();
 
+    void namesWithColon();
     void badInput_data();
     void badInput();
     void badPageFile_data();
@@ -251,8 +252,9 @@ void TestDocpage::help_data()
         "Usage: docpage build DECK.json -o DIR [--force]\n\nMakes page result files",
         "-h --help -o --output <DIR> --force DECK.json");
     row("model --help",
-        "Usage: docpage model FILE... [--json [--extract DIR [--force]]]\n\nTells all that",
-        "-h --help --json --extract <DIR> --force FILE");
+        "Usage: docpage model FILE... [--json [--extract DIR] [-o OUT.json] [--force]]\n\nTells "
+        "all that",
+        "-h --help --json --extract <DIR> -o --output <OUT.json> --force FILE");
     row("render --help",
         "Usage: docpage render DOCUMENT... -o OUT.png [--page N] [--force]\n\nSaves one page",
         "-h --help -o --output <OUT.png> --force --page <N> DOCUMENT");
@@ -315,11 +317,13 @@ void TestDocpage::wrongUsage_data()
     row("build deck.json", "No output given, -o DIR is missing.", "docpage build");
     row("build deck.json deck.json -o new", "More than one DECK.json given.", "docpage build");
     row("model", "No FILE given.", "docpage model");
-    row("model slide_page -o new", "Unknown option 'o'.", "docpage model");
+    row("model slide_page -o new", "-o is for --json only.", "docpage model");
+    row("model slide_page --json --output=", "No output given, -o OUT.json is missing.",
+        "docpage model");
     row("model slide_page --extract new", "--extract is for --json only.", "docpage model");
     row("model slide_page --json --extract=", "The folder to extract to has no name.",
         "docpage model");
-    row("model slide_page --json --force", "--force is for --extract only.", "docpage model");
+    row("model slide_page --json --force", "--force is for --extract or -o only.", "docpage model");
     row("render", "No DOCUMENT given.", "docpage render");
     row("render png_page", "No output given, -o OUT.png is missing.", "docpage render");
     row("render png_page -o new", "The output 'new' does not end in .png.", "docpage render");
@@ -372,6 +376,34 @@ void TestDocpage::manPageHasEverything()
     }
     QCOMPARE(optionsIn(page.section(text(".SH OPTIONS"), 1).section(text(".SH JSON"), 0, 0)),
              optionsIn(help));
+}
+
+// To Qt such a name is that of a resource.
+void TestDocpage::namesWithColon()
+{
+    place->write(text("./:red.png"), TinyPictures::png());
+    verifyDoes(words("wrap :red.png -o :new"), "1 page result file in ./:new\n");
+    QCOMPARE(place->read(text("./:new/page_0")), pngPage());
+    place->write(text("./:page"), pngPage());
+    verifyDoes(words("info :page :new/page_0"),
+               "./:page: PNG picture, 73 bytes, 4 x 3 pixels\n"
+               "./:new/page_0: PNG picture, 73 bytes, 4 x 3 pixels\n");
+    verifyDoes(words("unwrap :page --output=:again.png"));
+    QCOMPARE(place->read(text("./:again.png")), TinyPictures::png());
+    verifyDoes(words("render :page -o :shown.png"));
+    QCOMPARE(QImage(place->path(text("./:shown.png"))).size(), QSize(4, 3));
+    QVERIFY(QFile::rename(place->path(text("./:page")), place->path(text("./:new/:page"))));
+    verifyDoes(words("render :new --page 1 -o page_0.png"));
+    verifyDoes(words("render :new --page 0 -o page_1.png"));
+    QCOMPARE(place->read(text("page_0.png")), place->read(text("page_1.png")));
+
+    verifyFails(words("info :gone"), 1, "docpage: ./:gone: No such file or directory\n");
+    verifyFails(words("unwrap :new/page_0 -o :red.png"), 1,
+                "docpage: ./:red.png: already exists; use --force to replace it\n");
+    verifyFails(words("unwrap :new/page_0 -o :new/page_0 --force"), 1,
+                "docpage: ./:new/page_0: would replace an input\n");
+    verifyFails(words("render :new -o other.png --page :1"), 2,
+                "docpage: ':1' is no page number.\nTry 'docpage render --help'.\n");
 }
 
 void TestDocpage::badInput_data()
@@ -1034,6 +1066,7 @@ void TestDocpage::infoJson()
         "file": "gone"
     },
     {
+        "bytesAfterModel": 0,
         "file": "slide_page",
         "format": "slide-animation",
         "formatCode": 3,

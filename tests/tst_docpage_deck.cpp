@@ -1,4 +1,4 @@
-#include "DocpageRun.h"
+#include "DocpageTest.h"
 #include "TinyPictures.h"
 #include "emfdeal/EmfDeal.h"
 #include "tools/docpage/deck/SlideModel.h"
@@ -10,11 +10,8 @@
 #include <QRandomGenerator>
 #include <QRegularExpression>
 #include <QTextCodec>
-#include <QtTest>
 
 #include <cstring>
-#include <functional>
-#include <memory>
 
 namespace {
 
@@ -146,30 +143,9 @@ QByteArray anyModel(Dice &dice, int number, bool isPlain)
 } // namespace
 
 /// Descriptions of animated decks: docpage build and docpage model.
-class TestDocpageDeck : public QObject
+class TestDocpageDeck : public DocpageTest
 {
     Q_OBJECT
-
-private:
-    std::unique_ptr<Workplace> place;
-
-    void verifyFails(const QStringList &arguments, const QByteArray &err)
-    {
-        const QStringList before = place->entries();
-        const Outcome outcome = place->run(arguments);
-        QCOMPARE(outcome.err, err);
-        QCOMPARE(outcome.out, QByteArray());
-        QCOMPARE(outcome.status, 1);
-        QCOMPARE(place->entries(), before);
-    }
-
-    void verifyDoes(const QStringList &arguments, const QByteArray &out)
-    {
-        const Outcome outcome = place->run(arguments);
-        QCOMPARE(outcome.err, QByteArray());
-        QCOMPARE(outcome.out, out);
-        QCOMPARE(outcome.status, 0);
-    }
 
 private Q_SLOTS:
     void initTestCase();
@@ -180,9 +156,14 @@ private Q_SLOTS:
     void names();
     void wrongDeck_data();
     void wrongDeck();
+    void lastOfTwoKeysCounts();
+    void bitsOfFloats();
+    void tooManySlides();
+    void tooLarge();
     void keysAreTheSchemas();
     void oneFileOfManySlides();
     void picturesAreRelativeToTheDeck();
+    void picturesWithColon();
     void existingFilesStay();
     void inputsStay();
     void otherPagesStay();
@@ -337,6 +318,8 @@ void TestDocpageDeck::wrongDeck_data()
         "height: missing, and the size of the background is unreadable");
     row(R"({"width": "1", "height": 1, "slides": [{}]})", "width: " + noFloat + "\"1\"");
     row(R"({"width": 1, "height": 1e39, "slides": [{}]})", "height: " + noFloat + "1e+39");
+    row(R"({"width": 3.41e38, "height": 1, "slides": [{}]})", "width: " + noFloat + "3.41e+38");
+    row(R"({"width": 1, "height": -3.41e38, "slides": [{}]})", "height: " + noFloat + "-3.41e+38");
     row(R"({"width": 1, "height": "0xffc0000", "slides": [{}]})",
         "height: " + noFloat + "\"0xffc0000\"");
     row(R"({"files": [], "slides": []})", "slides: unknown key; the keys here are $schema, files");
@@ -357,6 +340,10 @@ void TestDocpageDeck::wrongDeck_data()
     slideRow(R"({"background": ""})", R"(.background: cannot read "": no file name)");
     slideRow(R"({"background": "a\nb"})",
              R"(.background: cannot read "a\nb": No such file or directory)");
+    slideRow(R"({"background": ":gone.png"})",
+             R"(.background: cannot read ":gone.png": No such file or directory)");
+    slideRow(R"({"background": "red.png\u0000"})", ".background: a file name holds no NUL");
+    slideRow(R"({"background": "\u0000"})", ".background: a file name holds no NUL");
     slideRow(R"({"background": 5})", ".background: " + noPicture + "5");
     slideRow(R"({"background": {}})", ".background.base64: missing");
     slideRow(R"({"background": {"base64": true}})",
@@ -407,6 +394,63 @@ void TestDocpageDeck::wrongDeck()
     place->write(text("text"), "no picture");
     place->write(text("deck.json"), json);
     verifyFails(words("build deck.json -o new"), "docpage: deck.json: " + fault + '\n');
+}
+
+void TestDocpageDeck::lastOfTwoKeysCounts()
+{
+    place->write(text("deck.json"), R"({"width": 1, "height": 2, "slides": 5, "width": 3,
+  "slides": [{"pageId": 7, "pageId": 8}]})");
+    verifyDoes(words("build deck.json -o new"), "1 page result file in new\n");
+    verifyDoes(words("model new/page_0"), "new/page_0: 3 x 2, 1 page, 0 shapes, 0 effects\n"
+                                          "  page 8\n    background: none\n");
+}
+
+// In a file a signalling NaN becomes the quiet one, on every processor.
+void TestDocpageDeck::bitsOfFloats()
+{
+    place->write(text("deck.json"), R"({"files": [
+  {"width": "0x7f800001", "height": "0xFF812345", "slides": []},
+  {"width": "0x3f800000", "height": "0x80000000", "slides": []}
+]})");
+    verifyDoes(words("build deck.json -o new"), "2 page result files in new\n");
+    QCOMPARE(place->read(text("new/page_0")).mid(14 + 8, 16).toHex(' '),
+             QByteArray("7f f8 00 00 20 00 00 00 ff f8 24 68 a0 00 00 00"));
+    QCOMPARE(place->read(text("new/page_1")).mid(14 + 8, 16).toHex(' '),
+             QByteArray("3f f0 00 00 00 00 00 00 80 00 00 00 00 00 00 00"));
+    verifyDoes(words("model new/page_0 new/page_1"),
+               "new/page_0: 0x7fc00001 x 0xffc12345, 0 pages, 0 shapes, 0 effects\n"
+               "new/page_1: 1 x -0, 0 pages, 0 shapes, 0 effects\n");
+}
+
+void TestDocpageDeck::tooManySlides()
+{
+    const QByteArray begin = R"({"width": 1, "height": 1, "slides": [)";
+    const QByteArray slides = QByteArray("{},").repeated(65536);
+    place->write(text("deck.json"), begin + slides + "{}]}");
+    verifyFails(words("build deck.json -o new"),
+                "docpage: deck.json: slides[65536].pageId: missing, and the slide's number is too "
+                "large\n");
+    place->write(text("deck.json"), R"({"files": [)" + begin + slides + R"({"pageId": 0}]}]})");
+    verifyFails(words("build deck.json -o new"),
+                "docpage: deck.json: files[0].slides[65536].pageId: another slide of the file has "
+                "the number 0, too\n");
+}
+
+void TestDocpageDeck::tooLarge()
+{
+    QFile picture(place->path(text("large")));
+    QVERIFY(picture.open(QIODevice::WriteOnly) && picture.resize(16 << 20));
+    const QByteArray shape = R"({"id": 1, "picture": "large", "width": 1, "height": 1},)";
+    const QByteArray slide = R"({"shapes": [)" + shape.repeated(127);
+    const QByteArray last =
+        R"({"id": 1, "picture": {"base64": "AQID"}, "width": 1, "height": 1}]})";
+    place->write(text("deck.json"), R"({"width": 1, "height": 1, "slides": [{}, )" + slide + shape +
+                                        last + "," + slide + shape + shape + last + ", {}]}");
+    QVERIFY(QDir(place->path({})).mkpath(text("new/page_0")));
+    verifyFails(words("build deck.json -o new --force"),
+                "docpage: new/page_0: is a directory\n"
+                "docpage: new/page_1: too large for a page result file: 2147488609 bytes\n"
+                "docpage: new/page_2: too large for a page result file: 2164265863 bytes\n");
 }
 
 // The program tells all keys of an object when it finds another one.
@@ -470,6 +514,30 @@ void TestDocpageDeck::picturesAreRelativeToTheDeck()
                                              absolute.toUtf8() + "\"}]}");
     verifyDoes(words("build deep/deck.json -o new"), "3 page result files in new\n");
     QVERIFY(place->read(text("new/page_2")).contains(TinyPictures::jpg()));
+}
+
+void TestDocpageDeck::picturesWithColon()
+{
+    QVERIFY(QDir(place->path({})).mkdir(text("./:deep")));
+    place->write(text("./:red.png"), TinyPictures::png());
+    place->write(text("./:deep/:grey.jpg"), TinyPictures::jpg());
+    place->write(text("./:deck.json"), R"({"slides": [
+  {"background": ":red.png"}, {"background": ":deep/:grey.jpg"}]})");
+    place->write(text("./:deep/deck.json"), R"({"slides": [
+  {"background": "../:red.png"}, {"background": ":grey.jpg"}]})");
+    verifyDoes(words("build :deck.json -o new"), "2 page result files in new\n");
+    QVERIFY(place->read(text("new/page_0")).contains(TinyPictures::png()));
+    QVERIFY(place->read(text("new/page_1")).contains(TinyPictures::jpg()));
+    verifyDoes(words("build :deep/deck.json -o :new"), "2 page result files in ./:new\n");
+    for (const char *page : {"page_0", "page_1"})
+        QCOMPARE(place->read(text("./:new/") + text(page)), place->read(text("new/") + text(page)));
+    verifyFails(words("build :red.png -o other"),
+                "docpage: ./:red.png: line 1, column 2: illegal value\n");
+    place->write(text("./page_0"), R"({"slides": [{}, {"background": ":red.png"}]})");
+    QVERIFY(QFile::rename(place->path(text("./:red.png")), place->path(text("page_1"))));
+    QVERIFY(QFile::link(text("page_1"), place->path(text("./:red.png"))));
+    verifyFails(words("build page_0 -o . --force"), "docpage: ./page_0: would replace an input\n"
+                                                    "docpage: ./page_1: would replace an input\n");
 }
 
 void TestDocpageDeck::existingFilesStay()
@@ -671,8 +739,10 @@ void TestDocpageDeck::extract()
     for (const QString &page : words("page_0 page_1"))
         QCOMPARE(place->read(text("again/") + page), place->read(text("new/") + page));
 
-    verifyFails(model, "docpage: pictures/all/slide_0-background.png: already exists; "
-                       "use --force to replace it\n");
+    const QByteArray exists = ": already exists; use --force to replace it\n";
+    verifyFails(model, "docpage: pictures/all/slide_0-background.png" + exists +
+                           "docpage: pictures/all/slide_0-shape_0.jpg" + exists +
+                           "docpage: pictures/all/slide_0-shape_2.bin" + exists);
     verifyDoes(model + words("--force"), outcome.out);
 }
 
@@ -695,6 +765,7 @@ void TestDocpageDeck::info()
                "2 effects\n");
     verifyDoes(words("info --json new/page_0"), R"([
     {
+        "bytesAfterModel": 0,
         "file": "new/page_0",
         "format": "slide-animation",
         "formatCode": 3,

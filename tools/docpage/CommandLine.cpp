@@ -1,7 +1,9 @@
 #include "tools/docpage/CommandLine.h"
 
 #include "tools/docpage/Console.h"
+#include "tools/docpage/PlainName.h"
 
+#include <algorithm>
 #include <cstdio>
 
 CommandLine::CommandLine(const char *name, const char *synopsis, const char *description)
@@ -26,17 +28,13 @@ void CommandLine::addOption(const char *name, const char *description, const cha
         {QString::fromUtf8(name), QString::fromUtf8(description), QString::fromUtf8(value)});
 }
 
-void CommandLine::addOutput(const char *value, const char *description)
+void CommandLine::addOutput(const char *value, const char *description, Need need)
 {
     m_output = QString::fromUtf8(value);
+    m_outputNeed = need;
     m_parser.addOption({{QStringLiteral("o"), QStringLiteral("output")},
                         QString::fromUtf8(description),
                         m_output});
-    addForce();
-}
-
-void CommandLine::addForce()
-{
     addOption("force", "Replaces files that exist already, but never an input.");
 }
 
@@ -53,9 +51,23 @@ std::optional<int> CommandLine::parse(const QStringList &arguments)
         return wrongUsage(QStringLiteral("No %1 given.").arg(m_input));
     if (m_count == Count::One && inputs().size() > 1)
         return wrongUsage(QStringLiteral("More than one %1 given.").arg(m_input));
-    if (!m_output.isEmpty() && output().isEmpty())
+    const bool isOutputNeeded =
+        !m_output.isEmpty() && (m_outputNeed == Need::Required || isSet("output"));
+    if (isOutputNeeded && output().isEmpty())
         return wrongUsage(QStringLiteral("No output given, -o %1 is missing.").arg(m_output));
     return std::nullopt;
+}
+
+QStringList CommandLine::inputs() const
+{
+    QStringList names = m_parser.positionalArguments();
+    std::transform(names.begin(), names.end(), names.begin(), plainName);
+    return names;
+}
+
+QString CommandLine::path(const char *option) const
+{
+    return plainName(value(option));
 }
 
 int CommandLine::wrongUsage(const QString &message) const

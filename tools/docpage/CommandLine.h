@@ -21,11 +21,9 @@ public:
     /// An option of the name `name`, followed by a value when `value` is the name of one.
     void addOption(const char *name, const char *description, const char *value = "");
 
-    /// The options -o, which has to be given, and --force.
-    void addOutput(const char *value, const char *description);
-
-    /// The option --force.
-    void addForce();
+    /// The options -o and --force.
+    enum class Need { Required, Optional };
+    void addOutput(const char *value, const char *description, Need need = Need::Required);
 
     /// Reads what follows the name.
     /// \return the exit status when that was all: help was printed, or the usage is wrong
@@ -35,8 +33,11 @@ public:
     /// \return the exit status
     int wrongUsage(const QString &message) const;
 
-    QStringList inputs() const { return m_parser.positionalArguments(); }
-    QString output() const { return value("output"); }
+    /// The names of files that were given.
+    QStringList inputs() const;
+    QString output() const { return path("output"); }
+    QString path(const char *option) const;
+
     bool isSet(const char *option) const { return m_parser.isSet(QLatin1String(option)); }
     QString value(const char *option) const { return m_parser.value(QLatin1String(option)); }
 
@@ -49,4 +50,5 @@ private:
     QString m_input;  // what inputs are called; empty when there are none
     QString m_output; // what the output is called; empty when there is none
     Count m_count = Count::OneOrMore;
+    Need m_outputNeed = Need::Required;
 };

@@ -60,3 +60,9 @@ QString counted(qint64 count, const char *noun)
     return QStringLiteral("%1 %2%3").arg(QString::number(count), QLatin1String(noun),
                                          count == 1 ? QString() : QStringLiteral("s"));
 }
+
+QString followedByIgnored(qint64 bytes)
+{
+    return QStringLiteral("followed by %1 that %2 ignored")
+        .arg(counted(bytes, "byte"), bytes == 1 ? QStringLiteral("is") : QStringLiteral("are"));
+}

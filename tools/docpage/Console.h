@@ -27,3 +27,6 @@ QString escaped(const QString &text);
 
 /// "1 page", "2 pages": a count and what is counted.
 QString counted(qint64 count, const char *noun);
+
+/// "followed by 2 bytes that are ignored".
+QString followedByIgnored(qint64 bytes);

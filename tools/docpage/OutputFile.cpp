@@ -26,6 +26,15 @@ QString alreadyExists()
     return QStringLiteral("already exists; use --force to replace it");
 }
 
+// A temporary file's name is made absolute by its text alone, which is wrong for ".." behind a
+// symbolic link.
+QString temporaryName(const QDir &folder)
+{
+    const QString canonical = folder.canonicalPath(); // empty when the folder is missing
+    return QDir(canonical.isEmpty() ? folder.path() : canonical)
+        .filePath(QStringLiteral(".docpage-XXXXXX"));
+}
+
 // The permissions of a file made in the ordinary way; those of a temporary file are the owner's.
 void setDefaultPermissions(QFile &file)
 {
@@ -146,7 +155,7 @@ QString saveFile(const QString &path, const OutputRules &rules,
 
     // Not QSaveFile, which syncs each file to the disk: that takes longer than all the rest.
     const EndHeld end; // lives longer than the file
-    QTemporaryFile file(QFileInfo(path).dir().filePath(QStringLiteral(".docpage-XXXXXX")));
+    QTemporaryFile file(temporaryName(QFileInfo(path).dir()));
     if (!file.open())
         return file.errorString();
     setDefaultPermissions(file);

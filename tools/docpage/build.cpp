@@ -10,14 +10,23 @@
 
 namespace {
 
+QString refusalOf(const QString &page, const OutputRules &rules, const SlideModel &model)
+{
+    const QString refusal = rules.refusal(page);
+    if (!refusal.isEmpty() || model.payloadSize() <= kMaxPayloadSize)
+        return refusal;
+    return QStringLiteral("too large for a page result file: %1 bytes").arg(model.payloadSize());
+}
+
 // Why not all of the pages can be written, as far as it can be told beforehand: a deck is not left
 // half replaced.
-int reportRefusals(const QDir &folder, int count, const OutputRules &rules)
+int reportRefusals(const QDir &folder, const OutputRules &rules, const SlideModels &models)
 {
     int status = ExitStatus::Done;
-    for (int i = 0; i < count; ++i) {
-        const QString page = folder.filePath(pageFileName(i));
-        const QString refusal = rules.refusal(page);
+    int number = 0;
+    for (const SlideModel &model : models) {
+        const QString page = folder.filePath(pageFileName(number++));
+        const QString refusal = refusalOf(page, rules, model);
         if (!refusal.isEmpty())
             status = reportFault(page, refusal);
     }
@@ -26,9 +35,6 @@ int reportRefusals(const QDir &folder, int count, const OutputRules &rules)
 
 QString savePage(const QString &path, const OutputRules &rules, const SlideModel &model)
 {
-    if (model.payloadSize() > kMaxPayloadSize)
-        return QStringLiteral("too large for a page result file: %1 bytes")
-            .arg(model.payloadSize());
     const QByteArray payload = model.payload();
     return saveFile(
         path, rules,
@@ -58,8 +64,7 @@ int runBuild(const QStringList &arguments)
 
     const OutputRules rules(line.isSet("force"), deck.inputs);
     const QDir folder(line.output());
-    const int count = static_cast<int>(deck.models.size());
-    if (reportRefusals(folder, count, rules) != ExitStatus::Done)
+    if (reportRefusals(folder, rules, deck.models) != ExitStatus::Done)
         return ExitStatus::Failed;
     const QString fault = createFolder(line.output());
     if (!fault.isEmpty())

@@ -80,12 +80,10 @@ QString Info::text() const
                     ? QStringLiteral("%1 x %2 pixels").arg(size.width()).arg(size.height())
                     : QStringLiteral("size in pixels unreadable");
     } else {
-        text += modelSummary(model.data);
+        text += modelSummary(model);
     }
     if (page.trailingBytes > 0)
-        text += QStringLiteral(", followed by %1 that %2 ignored")
-                    .arg(counted(page.trailingBytes, "byte"),
-                         page.trailingBytes == 1 ? QStringLiteral("is") : QStringLiteral("are"));
+        text += QStringLiteral(", ") + followedByIgnored(page.trailingBytes);
     return text;
 }
 
@@ -122,6 +120,7 @@ QJsonObject Info::json() const
         info[QStringLiteral("pageSize")] =
             sizeJson(static_cast<double>(head.width), static_cast<double>(head.height));
         info[QStringLiteral("pages")] = pagesJson(model.data);
+        info[QStringLiteral("bytesAfterModel")] = model.bytesAfter;
     }
     return info;
 }
@@ -134,7 +133,8 @@ int runInfo(const QStringList &arguments)
         "docpage info", "[--json] FILE...",
         "Tells of each page result file the format and size of its payload; of a picture\n"
         "the size in pixels, of slide animation data the page size and how many pages,\n"
-        "shapes and effects it holds; also how many bytes after the payload are ignored.");
+        "shapes and effects it holds; also how many bytes after the payload, or after\n"
+        "the animation data in it, are ignored.");
     line.addInput("FILE", CommandLine::Count::OneOrMore, "A page result file.");
     line.addOption("json", "Prints one JSON array with an object for each file.");
     if (const std::optional<int> status = line.parse(arguments))

@@ -2,9 +2,8 @@
 #include "tools/docpage/Commands.h"
 #include "tools/docpage/Console.h"
 #include "tools/docpage/PageFile.h"
-#include "tools/docpage/deck/DeckWriter.h"
+#include "tools/docpage/deck/DeckOutput.h"
 #include "tools/docpage/deck/ModelText.h"
-#include "tools/docpage/deck/PictureExtractor.h"
 
 namespace {
 
@@ -27,14 +26,23 @@ int printText(const QStringList &files)
         if (!fault.isEmpty())
             status = reportFault(file, fault);
         else
-            print(escaped(file) + QStringLiteral(": ") + modelSummary(model.data) +
-                  QLatin1Char('\n') + modelText(model.data));
+            print(escaped(file) + QStringLiteral(": ") + modelSummary(model) + QLatin1Char('\n') +
+                  modelText(model.data));
     }
     return status;
 }
 
+// What the JSON has no place for. The library passes it over as well.
+void reportLeftOut(const QString &file, qint64 bytes)
+{
+    if (bytes > 0)
+        printError(QStringLiteral("%1: %2 after the model %3 left out")
+                       .arg(file, counted(bytes, "byte"),
+                            bytes == 1 ? QStringLiteral("is") : QStringLiteral("are")));
+}
+
 // All of the files or nothing: without one of them it would be another deck.
-int printJson(const QStringList &files, PictureExtractor *extractor)
+int writeJson(const QStringList &files, const DeckOutput &output, const OutputRules &rules)
 {
     SlideModels models;
     int status = ExitStatus::Done;
@@ -43,12 +51,13 @@ int printJson(const QStringList &files, PictureExtractor *extractor)
         if (!fault.isEmpty())
             status = reportFault(file, fault);
     }
+    if (status == ExitStatus::Done)
+        status = output.write(models, rules);
     if (status != ExitStatus::Done)
         return status;
-    const QString json = deckJson(models, extractor);
-    if (extractor && !extractor->fault().isEmpty())
-        return reportFault(extractor->failedFile(), extractor->fault());
-    print(json);
+    auto file = files.begin();
+    for (const SlideModel &model : models)
+        reportLeftOut(*file++, model.bytesAfter);
     return ExitStatus::Done;
 }
 
@@ -57,32 +66,37 @@ int printJson(const QStringList &files, PictureExtractor *extractor)
 int runModel(const QStringList &arguments)
 {
     CommandLine line(
-        "docpage model", "FILE... [--json [--extract DIR [--force]]]",
+        "docpage model", "FILE... [--json [--extract DIR] [-o OUT.json] [--force]]",
         "Tells all that the slide animation data of page result files holds. With --json\n"
         "that is the description of a deck, of which 'docpage build' makes the same\n"
-        "files again, in the order given.");
+        "files again, in the order given, if they are as 'docpage build' or the classes\n"
+        "of the library write them.");
     line.addInput("FILE", CommandLine::Count::OneOrMore,
                   "A page result file that holds slide animation data.");
     line.addOption("json", "Prints one JSON object for all files.");
     line.addOption("extract",
                    "Saves the pictures as files of this folder, which is created when "
-                   "missing. The JSON names them as seen from the current folder. "
-                   "Without it the JSON holds the pictures.",
+                   "missing. The JSON names them as seen from its own folder, or from the "
+                   "current one when it is printed. Without this option it holds the "
+                   "pictures.",
                    "DIR");
-    line.addForce();
+    line.addOutput("OUT.json", "Saves the JSON as this file instead of printing it.",
+                   CommandLine::Need::Optional);
     if (const std::optional<int> status = line.parse(arguments))
         return *status;
+    const bool isJson = line.isSet("json");
     const bool extracts = line.isSet("extract");
-    if (extracts && !line.isSet("json"))
+    if (extracts && !isJson)
         return line.wrongUsage(QStringLiteral("--extract is for --json only."));
-    if (extracts && line.value("extract").isEmpty())
+    if (extracts && line.path("extract").isEmpty())
         return line.wrongUsage(QStringLiteral("The folder to extract to has no name."));
-    if (line.isSet("force") && !extracts)
-        return line.wrongUsage(QStringLiteral("--force is for --extract only."));
+    if (line.isSet("output") && !isJson)
+        return line.wrongUsage(QStringLiteral("-o is for --json only."));
+    if (line.isSet("force") && !extracts && !line.isSet("output"))
+        return line.wrongUsage(QStringLiteral("--force is for --extract or -o only."));
 
-    if (!line.isSet("json"))
+    if (!isJson)
         return printText(line.inputs());
     const OutputRules rules(line.isSet("force"), line.inputs());
-    PictureExtractor extractor(line.value("extract"), rules);
-    return printJson(line.inputs(), extracts ? &extractor : nullptr);
+    return writeJson(line.inputs(), {line.output(), line.path("extract")}, rules);
 }

@@ -8,6 +8,7 @@
 #include "tools/docpage/PageFile.h"
 #include "tools/docpage/PictureCheck.h"
 #include "tools/docpage/PictureSize.h"
+#include "tools/docpage/PlainName.h"
 
 #include <QBuffer>
 #include <QDir>
@@ -50,7 +51,7 @@ Document folderDocument(const QString &folder)
     sortNaturally(names);
     Document document{folder, {}, {}};
     for (const QString &name : qAsConst(names)) {
-        const QFileInfo file(QDir(folder), name);
+        const QFileInfo file(QDir(folder), plainName(name));
         if (file.isFile() || (file.isSymLink() && !file.exists()))
             document.pages.append(file.filePath());
     }

@@ -96,6 +96,7 @@ void DeckWriter::addPages(const PPT_fileDat &model)
 
 void DeckWriter::addPage(const PPT_Page &page)
 {
+    // Never the same for two pictures: slides are counted over all files, shapes on each slide.
     const QString stem = QStringLiteral("slide_%1-").arg(m_slideNumber);
     m_json.beginObject();
     if (page.pageId != m_slideNumber)
@@ -156,7 +157,7 @@ void DeckWriter::addPicture(const char *key, const QByteArray &picture, const QS
     if (picture.isNull()) {
         m_json.add(QStringLiteral("null"));
     } else if (m_extractor && !picture.isEmpty()) {
-        m_json.addString(m_extractor->save(picture, stem));
+        m_json.addString(m_extractor->add(picture, stem));
     } else {
         m_json.beginObject(Layout::OneLine);
         m_json.key("base64");

@@ -6,5 +6,6 @@ class PictureExtractor;
 
 /// The JSON that describes a deck of these models, each for a file of its own, so that the same
 /// bytes are built of it.
-/// \param extractor saves the pictures, which the JSON names then; without it the JSON holds them
+/// \param extractor is given the pictures, which the JSON names then; without it the JSON holds
+/// them
 QString deckJson(const SlideModels &models, PictureExtractor *extractor);

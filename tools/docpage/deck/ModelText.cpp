@@ -101,19 +101,23 @@ QString pageText(PPT_Page &page)
 
 } // namespace
 
-QString modelSummary(const PPT_fileDat &model)
+QString modelSummary(const SlideModel &model)
 {
     size_t shapes = 0;
     size_t effects = 0;
-    for (const auto &entry : model.pages) {
+    for (const auto &entry : model.data.pages) {
         shapes += entry.second->shapes.size();
         effects += entry.second->effects.size();
     }
-    return QStringLiteral("%1 x %2, %3, %4, %5")
-        .arg(floatText(model.head.width), floatText(model.head.height),
-             counted(static_cast<qint64>(model.pages.size()), "page"),
-             counted(static_cast<qint64>(shapes), "shape"),
-             counted(static_cast<qint64>(effects), "effect"));
+    const QString summary =
+        QStringLiteral("%1 x %2, %3, %4, %5")
+            .arg(floatText(model.data.head.width), floatText(model.data.head.height),
+                 counted(static_cast<qint64>(model.data.pages.size()), "page"),
+                 counted(static_cast<qint64>(shapes), "shape"),
+                 counted(static_cast<qint64>(effects), "effect"));
+    if (model.bytesAfter == 0)
+        return summary;
+    return summary + QStringLiteral(", the model ") + followedByIgnored(model.bytesAfter);
 }
 
 QString modelText(const PPT_fileDat &model)

@@ -1,5 +1,6 @@
 #include "tools/docpage/deck/PictureExtractor.h"
 
+#include "tools/docpage/Console.h"
 #include "tools/docpage/JpgStructure.h"
 #include "tools/docpage/PngStructure.h"
 
@@ -16,24 +17,46 @@ QString extension(const QByteArray &picture)
 
 } // namespace
 
-QString PictureExtractor::save(const QByteArray &picture, const QString &stem)
+QString PictureExtractor::add(const QByteArray &picture, const QString &stem)
 {
-    QString &path = m_saved[picture];
-    if (!path.isEmpty() || !m_fault.isEmpty())
-        return path;
-    path = QDir(m_folder).filePath(stem + extension(picture));
-    const QString fault = createFolder(m_folder);
-    if (!fault.isEmpty())
-        fail(m_folder, fault);
-    else
-        fail(path, saveFile(path, m_rules, {picture}));
-    return path;
+    QString &name = m_names[picture];
+    if (name.isEmpty()) {
+        name = stem + extension(picture);
+        m_files.push_back({name, picture});
+    }
+    return m_namedFolder.isEmpty() ? name : QDir(m_namedFolder).filePath(name);
 }
 
-void PictureExtractor::fail(const QString &file, const QString &fault)
+QStringList PictureExtractor::fileNames() const
 {
-    if (fault.isEmpty())
-        return;
-    m_failedFile = file;
-    m_fault = fault;
+    return m_names.values();
+}
+
+QString PictureExtractor::pathOf(const File &file) const
+{
+    return QDir(m_folder).filePath(file.name);
+}
+
+int PictureExtractor::reportRefusals(const OutputRules &rules) const
+{
+    int status = ExitStatus::Done;
+    for (const File &file : m_files) {
+        const QString refusal = rules.refusal(pathOf(file));
+        if (!refusal.isEmpty())
+            status = reportFault(pathOf(file), refusal);
+    }
+    return status;
+}
+
+int PictureExtractor::save(const OutputRules &rules) const
+{
+    QString fault = m_files.empty() ? QString() : createFolder(m_folder);
+    if (!fault.isEmpty())
+        return reportFault(m_folder, fault);
+    for (const File &file : m_files) {
+        fault = saveFile(pathOf(file), rules, {file.picture});
+        if (!fault.isEmpty())
+            return reportFault(pathOf(file), fault);
+    }
+    return ExitStatus::Done;
 }

@@ -1,6 +1,7 @@
 #include "tools/docpage/deck/PictureReader.h"
 
 #include "tools/docpage/InputFile.h"
+#include "tools/docpage/PlainName.h"
 
 QByteArray PictureReader::read(const JsonNode &picture)
 {
@@ -28,7 +29,7 @@ QByteArray PictureReader::readFile(const JsonNode &picture)
     const QString name = picture.value().toString();
     if (name.contains(QChar(0)))
         picture.fail(QStringLiteral("a file name holds no NUL"));
-    const QString path = m_folder.filePath(name);
+    const QString path = m_folder.filePath(plainName(name));
     const auto known = m_files.constFind(path);
     if (known != m_files.constEnd())
         return *known;

@@ -9,8 +9,10 @@ constexpr int kHeadSize = 24;
 QString SlideModel::read(const QByteArray &payload)
 {
     CStdDataStream stream(payload);
-    if (data.streamFrom(stream))
+    if (data.streamFrom(stream)) {
+        bytesAfter = stream.device()->bytesAvailable();
         return {};
+    }
     if (payload.size() >= kHeadSize && data.head.magic != PPT_FileHead::kMagic)
         return QStringLiteral("no slide animation data: it does not begin with \"PTAM\"");
     if (payload.size() >= kHeadSize && data.head.version != PPT_FileHead::kVersion)

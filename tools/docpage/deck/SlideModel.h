@@ -25,6 +25,7 @@ public:
     qint64 payloadSize() const;
 
     PPT_fileDat data;
+    qint64 bytesAfter = 0; ///< what follows the model in the payload that was read and is ignored
 };
 
 using SlideModels = std::list<SlideModel>;
