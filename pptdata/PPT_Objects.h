@@ -108,8 +108,8 @@ public:
     /// Does nothing: there is nothing to free.
     void release() override;
 
-    qint16 effectNo = 0;     ///< carried
-    quint16 shapeId = 0;     ///< the shape of the same page that moves
+    qint16 effectNo = 0; ///< as unsigned: of effects to come the lowest says how the shape waits
+    quint16 shapeId = 0; ///< the shape of the same page that moves
     qint16 effectParamA = 0; ///< carried
     qint16 effectParamB = 0; ///< carried
     qint8 exit = 0;          ///< -1: the shape leaves; any other value: it does not

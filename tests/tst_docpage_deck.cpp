@@ -153,6 +153,7 @@ private Q_SLOTS:
 
     void golden();
     void defaults();
+    void effectNumbers();
     void names();
     void wrongDeck_data();
     void wrongDeck();
@@ -267,8 +268,47 @@ new/page_1: 4 x 3, 1 page, 3 shapes, 1 effect
     shape 1: at 0, 0, size 2 x 2; picture: 160 bytes, 2 x 2 pixels
     shape 2: at 0, 0, size 9 x 2; picture: 160 bytes, 2 x 2 pixels
     shape 3: at 0, -1, size 2 x 9; picture: 160 bytes, 2 x 2 pixels
-    effect of shape 1: on click, 0.5 s
+    effect 1 of shape 1: on click, 0.5 s
 )");
+}
+
+// A shape with several effects waits for the one with the lowest number, which has to be the next.
+void TestDocpageDeck::effectNumbers()
+{
+    place->write(text("deck.json"), R"({"width": 1, "height": 1, "slides": [
+        {"effects": [{"shape": 1}, {"shape": 1, "effectNo": 0}, {"shape": 2}]},
+        {"effects": [{"shape": 3}]}]})");
+    verifyDoes(words("build deck.json -o new"), "2 page result files in new\n");
+    verifyDoes(words("model new/page_0 new/page_1"),
+               R"(new/page_0: 1 x 1, 1 page, 0 shapes, 3 effects
+  page 0
+    background: none
+    effect 1 of shape 1 (not there): on click, 0.5 s
+    effect 0 of shape 1 (not there): on click, 0.5 s
+    effect 3 of shape 2 (not there): on click, 0.5 s
+new/page_1: 1 x 1, 1 page, 0 shapes, 1 effect
+  page 1
+    background: none
+    effect 1 of shape 3 (not there): on click, 0.5 s
+)");
+
+    // Unsigned, and none is higher than 65535, which is -1.
+    const QByteArray effects = QByteArray(R"({"shape": 1},)").repeated(65536);
+    place->write(text("deck.json"), R"({"width": 1, "height": 1, "slides": [{"effects": [)" +
+                                        effects + R"({"shape": 1}]}]})");
+    verifyDoes(words("build deck.json -o many"), "1 page result file in many\n");
+    const QByteArray page = place->read(text("many/page_0"));
+    const auto numberOf = [&page](int number) {
+        constexpr int kFirst = 14 + 28 + 28; // after the headers, and the page up to its effects
+        return page.mid(kFirst + 64 * (number - 1), 2).toHex();
+    };
+    QCOMPARE(numberOf(1), QByteArray("0001"));
+    QCOMPARE(numberOf(32767), QByteArray("7fff"));
+    QCOMPARE(numberOf(32768), QByteArray("8000"));
+    QCOMPARE(numberOf(65534), QByteArray("fffe"));
+    QCOMPARE(numberOf(65535), QByteArray("ffff"));
+    QCOMPARE(numberOf(65536), QByteArray("ffff"));
+    QCOMPARE(numberOf(65537), QByteArray("ffff"));
 }
 
 void TestDocpageDeck::names()
@@ -587,7 +627,7 @@ void TestDocpageDeck::modelText()
     "effects": [{"shape": 1, "trigger": "click"},
                 {"shape": 2, "trigger": "with", "exit": true},
                 {"shape": 4, "trigger": "after", "exit": 5, "duration": "nan"},
-                {"shape": 1, "trigger": 0, "effectNo": 1, "timingB11": true, "timingF12": 0.1}]
+                {"shape": 1, "trigger": 0, "effectNo": -5, "timingB11": true, "timingF12": 0.1}]
   }]
 })");
     verifyDoes(words("build deck.json -o new"), "1 page result file in new\n");
@@ -598,10 +638,10 @@ void TestDocpageDeck::modelText()
     shape 1: at 1.5, -0, size 4 x 3; picture: 73 bytes, 4 x 3 pixels
     shape 2: at 0, 0, size 1 x 1; picture: empty
     shape 3: at 0, 0, size 1 x 1; picture: 3 bytes, size in pixels unreadable
-    effect of shape 1: on click, 0.5 s
-    effect of shape 2: with the previous effect, exit, 0.5 s
-    effect of shape 4 (not there): after the previous effect, exit 5, nan s
-    effect of shape 1: trigger 0, 0.5 s; effectNo 1, timingB11 true, timingF12 0.1
+    effect 1 of shape 1: on click, 0.5 s
+    effect 2 of shape 2: with the previous effect, exit, 0.5 s
+    effect 3 of shape 4 (not there): after the previous effect, exit 5, nan s
+    effect -5 of shape 1: trigger 0, 0.5 s; timingB11 true, timingF12 0.1
 )");
 }
 
@@ -680,7 +720,7 @@ void TestDocpageDeck::modelJson()
         {"id": 1, "left": 0, "top": 0, "width": 0.1, "height": "nan", "picture": {"base64": "AAAA"}}
       ],
       "effects": [
-        {"shape": 1, "exit": true, "trigger": 0, "duration": 0.5, "timingF5": 1.4013e-45}
+        {"shape": 1, "exit": true, "trigger": 0, "duration": 0.5, "effectNo": 1, "timingF5": 1.4013e-45}
       ]
     },
     {

@@ -59,7 +59,7 @@ void visitEffect(Effect &effect, Visit &&visit)
     visit("exit", effect.exit, Presence::Usual);
     visit("trigger", Trigger(timing.triggerType), Presence::Usual);
     visit("duration", timing.duration, Presence::Usual);
-    visit("effectNo", effect.effectNo, Presence::Carried);
+    visit("effectNo", effect.effectNo, Presence::Usual);
     visit("effectParamA", effect.effectParamA, Presence::Carried);
     visit("effectParamB", effect.effectParamB, Presence::Carried);
     visit("accelerate", timing.accelerate, Presence::Carried);

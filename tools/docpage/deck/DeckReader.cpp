@@ -7,6 +7,7 @@
 
 #include <QFileInfo>
 
+#include <algorithm>
 #include <limits>
 
 namespace {
@@ -67,7 +68,7 @@ private:
     void readSlide(const JsonNode &slide, PPT_fileDat &model);
     PPT_Page *addPage(const JsonNode &slide, PPT_fileDat &model) const;
     void readShape(const JsonNode &node, PPT_Shape &shape);
-    static void readEffect(const JsonNode &node, PPT_Effect &effect);
+    static void readEffect(const JsonNode &node, size_t place, PPT_Effect &effect);
 
     PictureReader &m_pictures;
     SlideModels &m_models;
@@ -187,7 +188,7 @@ void DeckReader::readSlide(const JsonNode &slide, PPT_fileDat &model)
     if (const std::optional<JsonNode> effects = slide.find("effects")) {
         for (const JsonNode &effect : effects->elements()) {
             page->effects.push_back(new PPT_Effect);
-            readEffect(effect, *page->effects.back());
+            readEffect(effect, page->effects.size(), *page->effects.back());
         }
     }
 }
@@ -200,8 +201,12 @@ void DeckReader::readShape(const JsonNode &node, PPT_Shape &shape)
     visitShape(shape, readingFields(node));
 }
 
-void DeckReader::readEffect(const JsonNode &node, PPT_Effect &effect)
+// `place` is that in the list, from 1. It is the default of the number, so that a shape with
+// several effects waits for the next one to come.
+void DeckReader::readEffect(const JsonNode &node, size_t place, PPT_Effect &effect)
 {
+    constexpr size_t kHighest = std::numeric_limits<quint16>::max(); // it counts as unsigned
+    effect.effectNo = static_cast<qint16>(std::min(place, kHighest));
     effect.timing.triggerType = 1; // on click
     effect.timing.duration = 0.5F;
     node.expectKeys(effectKeys());

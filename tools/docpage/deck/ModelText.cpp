@@ -77,7 +77,7 @@ QString effectText(const PPT_Effect &effect, bool hasShape)
 {
     const QString carried =
         carriedText(effect, [](const auto &object, auto visit) { visitEffect(object, visit); });
-    return QStringLiteral("effect of shape %1").arg(effect.shapeId) +
+    return QStringLiteral("effect %1 of shape %2").arg(effect.effectNo).arg(effect.shapeId) +
            (hasShape ? QString() : QStringLiteral(" (not there)")) + QStringLiteral(": ") +
            triggerText(effect.timing.triggerType) + exitText(effect.exit) +
            QStringLiteral(", %1 s").arg(floatText(effect.timing.duration)) +
