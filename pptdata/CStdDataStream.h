@@ -25,5 +25,7 @@ private:
 };
 
 /// Writes a byte array: its length as an unsigned 32-bit number, then its bytes. A null array is
-/// written as an empty one; a plain QDataStream would write the length 0xFFFFFFFF instead.
+/// written as an empty one; a plain QDataStream would write the length 0xFFFFFFFF instead, and so
+/// would a byte array that is not the first of a chain, as what `stream << id` returns is a
+/// QDataStream.
 DOCDISPLAY_EXPORT CStdDataStream &operator<<(CStdDataStream &stream, const QByteArray &bytes);

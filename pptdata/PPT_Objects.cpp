@@ -4,11 +4,6 @@
 
 namespace {
 
-bool isOk(const QDataStream &stream)
-{
-    return stream.status() == QDataStream::Ok;
-}
-
 // The end of every reading: an object that could not be read as a whole owns nothing.
 bool readOrReleased(const QDataStream &stream, PPT_OBJ &object)
 {
@@ -77,7 +72,7 @@ bool PPT_Shape::streamFrom(CStdDataStream &stream)
 {
     constexpr int kFixedSize = 2 + 32 + 4; // all but the picture's bytes
 
-    if (isOk(stream) && stream.device() && stream.device()->bytesAvailable() >= kFixedSize) {
+    if (stream.device() && stream.device()->bytesAvailable() >= kFixedSize) {
         quint32 length = 0;
         RecordReader<kFixedSize> record(stream);
         record >> shapeId >> left >> top >> width >> height >> length;

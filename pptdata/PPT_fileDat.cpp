@@ -13,11 +13,6 @@
 
 namespace {
 
-bool isOk(const QDataStream &stream)
-{
-    return stream.status() == QDataStream::Ok;
-}
-
 template <typename Child>
 void releaseAndDelete(Child *child)
 {
@@ -37,14 +32,14 @@ void writeList(CStdDataStream &stream, const std::list<Child *> &list)
     }
 }
 
-// The count is only a claim. Once the stream has failed every further child would be empty, and all
-// of them would be released in the end, so the rest is not made.
+// The count is only a claim. Once the stream is exhausted every further child would be empty, and
+// all of them would be released in the end, so the rest is not made.
 template <typename Child>
 void readList(CStdDataStream &stream, std::list<Child *> &list)
 {
     qint32 count = 0;
     stream >> count;
-    for (qint32 i = 0; i < count && isOk(stream); ++i) {
+    for (qint32 i = 0; i < count && !isExhausted(stream); ++i) {
         auto *child = new Child;
         child->Child::streamFrom(stream);
         list.push_back(child);
@@ -59,7 +54,7 @@ void readList(CStdDataStream &stream, std::list<PPT_Effect *> &list)
     qint32 count = 0;
     stream >> count;
     std::array<char, kBlockLength * kEffectSize> block;
-    while (count > 0 && isOk(stream)) {
+    while (count > 0 && !isExhausted(stream)) {
         const qint64 there = stream.device() ? stream.device()->bytesAvailable() / kEffectSize : 0;
         const auto whole = static_cast<int>(qMin(qMin<qint64>(count, kBlockLength), there));
         if (whole == 0) {
@@ -150,7 +145,7 @@ bool PPT_fileDat::streamFrom(CStdDataStream &stream)
 
     qint32 count = 0;
     stream >> count;
-    for (qint32 i = 0; i < count && isOk(stream); ++i) {
+    for (qint32 i = 0; i < count && !isExhausted(stream); ++i) {
         auto *page = new PPT_Page;
         page->PPT_Page::streamFrom(stream);
         PPT_Page *&entry = pages[page->pageId];

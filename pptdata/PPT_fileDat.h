@@ -94,8 +94,8 @@ public:
     /// model.streamFrom(second); // pages 2 and 3: the model has 1, 2 and 3 now, 2 is the second's,
     ///                           // and `two` is gone
     /// \endcode
-    /// \return false when the data ends behind the head: the model has no pages then, also none of
-    ///         those from before. False also when the data ends in the head, or magic or version
+    /// \return false when the data ends after the head: the model has no pages then, the earlier
+    ///         ones are gone, too. False also when the data ends in the head, or magic or version
     ///         are not this model's: the pages are as they were then, and release() has not been
     ///         called.
     bool streamFrom(CStdDataStream &stream) override;

@@ -9,6 +9,17 @@
 #include <cstring>
 #include <type_traits>
 
+inline bool isOk(const QDataStream &stream)
+{
+    return stream.status() == QDataStream::Ok;
+}
+
+/// Whether nothing but zeros will come: a list may be announced to be as long as it likes.
+inline bool isExhausted(const QDataStream &stream)
+{
+    return !isOk(stream) && (!stream.device() || stream.device()->atEnd());
+}
+
 /// A run of N bytes of the stream that is read or written at once and taken apart here: a device is
 /// asked once per object, not once per field. All values are big-endian; a float is a double there.
 template <int N>

@@ -22,6 +22,16 @@ QByteArray hex(const char *bytes)
     return QByteArray::fromHex(bytes);
 }
 
+// Five different values from `first` on.
+void setHead(PPT_FileHead &head, int first)
+{
+    head.magic = first + 1;
+    head.version = first + 2;
+    head.dpi = static_cast<float>(first + 3);
+    head.width = static_cast<float>(first + 4);
+    head.height = static_cast<float>(first + 5);
+}
+
 // A container that ends with the scope.
 template <typename T>
 class Owned : public T
@@ -690,6 +700,52 @@ private Q_SLOTS:
         QCOMPARE(other.status(), QDataStream::ReadCorruptData);
         QVERIFY(page.shapes.empty());
         QCOMPARE(page.pageId, quint16(33026));
+        QVERIFY(other.device()->atEnd()); // as far as an unfailed stream
+    }
+
+    // It delivers zeros and does not fail.
+    void readingWithoutADevice()
+    {
+        CStdDataStream stream(hex(MODEL));
+        stream.setDevice(nullptr);
+        Page page;
+        page.pageId = 7;
+        QCOMPARE(page.streamFrom(stream), true);
+        QCOMPARE(page.pageId, quint16(0));
+        QVERIFY(page.shapes.empty());
+        PPT_Shape shape;
+        shape.shapeId = 7;
+        shape.picDat = "before";
+        QCOMPARE(shape.streamFrom(stream), true);
+        QCOMPARE(shape.shapeId, quint16(0));
+        QCOMPARE(shape.picDat, QByteArray(""));
+    }
+
+    // Whatever a page owned, also nothing, it is released when it cannot be read.
+    void aPageThatFailsIsReleased_data()
+    {
+        QTest::addColumn<bool>("hasShape");
+        QTest::addColumn<bool>("hasEffect");
+        QTest::addColumn<QString>("released");
+        QTest::newRow("nothing") << false << false << "release page 0";
+        QTest::newRow("a shape") << true << false << "release page 0, release shape 1";
+        QTest::newRow("an effect") << false << true << "release page 0, release effect 2";
+    }
+    void aPageThatFailsIsReleased()
+    {
+        QFETCH(bool, hasShape);
+        QFETCH(bool, hasEffect);
+        QFETCH(QString, released);
+        SpiedPage page(4);
+        if (hasShape)
+            page.shapes = {new SpiedShape(1)};
+        if (hasEffect)
+            page.effects = {new SpiedEffect(2)};
+        CStdDataStream stream(QByteArray(1, '\1'));
+        QCOMPARE(page.PPT_Page::streamFrom(stream), false);
+        QCOMPARE(takeCalls().join(QStringLiteral(", ")), released);
+        QVERIFY(page.shapes.empty());
+        QVERIFY(page.effects.empty());
     }
 
     void aPageFindsItsShapes()
@@ -844,10 +900,10 @@ private Q_SLOTS:
         const QByteArray moved(6, 'm');
         const QByteArray duplicate(7, 'd');
         Owned<SpiedModel> model;
-        model.head.dpi = 1;
+        setHead(model.head, 10);
         model.pages[2] = spiedPage(2, own);
         Owned<SpiedModel> src;
-        src.head.dpi = 2;
+        setHead(src.head, 20);
         src.pages = {
             {1, spiedPage(1, moved)}, {2, spiedPage(22, duplicate)}, {3, spiedPage(33, moved)}};
         PPT_Page *const first = src.pages[1];
@@ -864,8 +920,14 @@ private Q_SLOTS:
         QVERIFY(!own.isDetached());
         QVERIFY(!moved.isDetached());
         QVERIFY(duplicate.isDetached());
-        QCOMPARE(model.head.dpi, 1.0F);
-        QCOMPARE(src.head.dpi, 2.0F);
+        PPT_FileHead tens;
+        setHead(tens, 10);
+        PPT_FileHead twenties;
+        setHead(twenties, 20);
+        QCOMPARE(PlainModel::fields(model.head), PlainModel::fields(tens));
+        QCOMPARE(PlainModel::fields(src.head), PlainModel::fields(twenties));
+        QCOMPARE(model.head.dpi, 13.0F);
+        QCOMPARE(src.head.dpi, 23.0F);
 
         model.appendPageFileDat(src);
         QCOMPARE(takeCalls(), words("release model"));
