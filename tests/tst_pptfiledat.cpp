@@ -1,3 +1,4 @@
+#include "Hex.h"
 #include "LargestBlock.h"
 #include "LogSpy.h"
 #include "PlainModel.h"
@@ -16,11 +17,6 @@
 #pragma GCC diagnostic ignored "-Wnon-virtual-dtor"
 
 namespace {
-
-QByteArray hex(const char *bytes)
-{
-    return QByteArray::fromHex(bytes);
-}
 
 // A container that ends with the scope.
 template <typename T>
