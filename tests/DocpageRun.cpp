@@ -50,9 +50,10 @@ Outcome Workplace::run(const QStringList &arguments, const std::function<void()>
     process.setProcessEnvironment(environment);
     process.setWorkingDirectory(dir.path());
     process.start(QStringLiteral(DOCPAGE_PROGRAM), arguments);
-    const bool hasEnded =
-        process.waitForFinished(60000) && process.exitStatus() == QProcess::NormalExit;
-    return {hasEnded ? process.exitCode() : -1, process.readAllStandardOutput(),
+    if (!process.waitForFinished(60000))
+        qFatal("the program does not end");
+    const bool isExit = process.exitStatus() == QProcess::NormalExit;
+    return {isExit ? process.exitCode() : -process.exitCode(), process.readAllStandardOutput(),
             process.readAllStandardError()};
 }
 

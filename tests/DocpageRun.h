@@ -1,15 +1,15 @@
 #pragma once
 
+#include "Hex.h"
+
 #include <QProcess>
 #include <QStringList>
 #include <QTemporaryDir>
 
 #include <functional>
 
-inline QByteArray hex(const char *bytes)
-{
-    return QByteArray::fromHex(bytes);
-}
+#include <sys/resource.h>
+#include <unistd.h>
 
 inline QString text(const char *utf8)
 {
@@ -22,10 +22,24 @@ inline QStringList words(const char *line)
     return text(line).split(QLatin1Char(' '), Qt::SkipEmptyParts);
 }
 
+inline bool isRoot()
+{
+    return ::geteuid() == 0;
+}
+
+/// For the child: writing more than `bytes` into a file fails, as on a full disk.
+inline std::function<void()> limitFileSize(rlim_t bytes)
+{
+    return [bytes] {
+        const rlimit limit = {bytes, bytes};
+        ::setrlimit(RLIMIT_FSIZE, &limit);
+    };
+}
+
 /// What one run of docpage came to.
 struct Outcome
 {
-    int status; ///< the exit status; -1 when the program crashed or did not end
+    int status; ///< the exit status; that of a program that a signal ended is the signal, negative
     QByteArray out;
     QByteArray err;
 };

@@ -2,10 +2,10 @@
 docdisplay_test(tst_naturalorder LABELS tools LIBRARIES docpage_parts)
 docdisplay_test(tst_picturecheck LABELS tools LIBRARIES docpage_parts)
 
-docdisplay_test(tst_docpage LABELS tools SOURCES DocpageRun.cpp LIBRARIES docpage_parts)
-docdisplay_test(tst_docpage_deck LABELS tools SOURCES DocpageRun.cpp LIBRARIES docpage_parts)
-docdisplay_test(tst_docpage_model LABELS tools SOURCES DocpageRun.cpp LIBRARIES docpage_parts)
-foreach(test IN ITEMS tst_docpage tst_docpage_deck tst_docpage_model)
+foreach(test IN ITEMS tst_docpage tst_docpage_output tst_docpage_wrap tst_docpage_info
+                      tst_docpage_deck tst_docpage_model)
+  docdisplay_test(${test} LABELS tools SOURCES DocpageRun.cpp DocpageTest.h
+                  LIBRARIES docpage_parts)
   add_dependencies(${test} docpage)
   target_compile_definitions(${test} PRIVATE
     DOCPAGE_PROGRAM="$<TARGET_FILE:docpage>"

@@ -1,3 +1,4 @@
+#include "Hex.h"
 #include "LogSpy.h"
 #include "ResourceLimits.h"
 #include "emfdeal/EmfDeal.h"
@@ -12,15 +13,6 @@
 #include <vector>
 
 #include <sys/stat.h>
-
-namespace {
-
-QByteArray hex(const char *bytes)
-{
-    return QByteArray::fromHex(bytes);
-}
-
-} // namespace
 
 class TestPageResultFile : public QObject
 {

@@ -1,3 +1,4 @@
+#include "Hex.h"
 #include "TinyPictures.h"
 #include "tools/docpage/PictureCheck.h"
 
@@ -23,11 +24,6 @@ PictureCheck check(const QByteArray &bytes)
     const std::unique_ptr<char[]> exact(new char[size]);
     std::memcpy(exact.get(), bytes.constData(), size);
     return PictureCheck::of(QByteArray::fromRawData(exact.get(), bytes.size()));
-}
-
-QByteArray hex(const char *bytes)
-{
-    return QByteArray::fromHex(bytes);
 }
 
 // The parts of PNG pictures, each with the checksum that is right for it.

@@ -1,3 +1,4 @@
+#include "Hex.h"
 #include "LargestBlock.h"
 #include "LogSpy.h"
 #include "PlainModel.h"
@@ -16,11 +17,6 @@
 #pragma GCC diagnostic ignored "-Wnon-virtual-dtor"
 
 namespace {
-
-QByteArray hex(const char *bytes)
-{
-    return QByteArray::fromHex(bytes);
-}
 
 // Five different values from `first` on.
 void setHead(PPT_FileHead &head, int first)

@@ -1,3 +1,4 @@
+#include "Hex.h"
 #include "LargestBlock.h"
 #include "LogSpy.h"
 #include "PlainModel.h"
@@ -19,11 +20,6 @@
 #pragma GCC diagnostic ignored "-Wnon-virtual-dtor"
 
 namespace {
-
-QByteArray hex(const char *bytes)
-{
-    return QByteArray::fromHex(bytes);
-}
 
 struct Calls
 {

@@ -6,6 +6,16 @@
 #include <algorithm>
 #include <cstdio>
 
+namespace {
+
+QString &knownFirstInput()
+{
+    static QString input;
+    return input;
+}
+
+} // namespace
+
 CommandLine::CommandLine(const char *name, const char *synopsis, const char *description)
     : m_name(QString::fromUtf8(name))
     , m_synopsis(QString::fromUtf8(synopsis))
@@ -55,7 +65,13 @@ std::optional<int> CommandLine::parse(const QStringList &arguments)
         !m_output.isEmpty() && (m_outputNeed == Need::Required || isSet("output"));
     if (isOutputNeeded && output().isEmpty())
         return wrongUsage(QStringLiteral("No output given, -o %1 is missing.").arg(m_output));
+    knownFirstInput() = inputs().value(0);
     return std::nullopt;
+}
+
+QString CommandLine::firstInputOfProcess()
+{
+    return knownFirstInput();
 }
 
 QStringList CommandLine::inputs() const

@@ -35,6 +35,11 @@ public:
 
     /// The names of files that were given.
     QStringList inputs() const;
+
+    /// The first of them that the process was given, for a fault of no certain file; empty when
+    /// there is none.
+    static QString firstInputOfProcess();
+
     QString output() const { return path("output"); }
     QString path(const char *option) const;
 

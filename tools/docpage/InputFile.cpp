@@ -31,7 +31,7 @@ QString readInput(const QString &path, QByteArray &bytes)
     if (!fault.isEmpty())
         return fault;
     if (file.size() > kMaxPayloadSize)
-        return QStringLiteral("too large for a page result file: %1 bytes").arg(file.size());
+        return QStringLiteral("too large: %1 bytes").arg(file.size());
     try {
         bytes = file.read(file.size());
     } catch (const std::bad_alloc &) {

@@ -43,15 +43,19 @@ void setDefaultPermissions(QFile &file)
     ::fchmod(file.handle(), 0666 & ~mask);
 }
 
-// While it lives, what ends the program waits, so that no temporary file stays behind.
+// While it lives, what ends the program waits, so that no temporary file stays behind. What is
+// ignored is not held: it would wait all the same, and be taken for an end.
 class EndHeld
 {
 public:
     EndHeld()
     {
         sigemptyset(&m_held);
-        for (const int signal : {SIGHUP, SIGINT, SIGQUIT, SIGTERM})
-            sigaddset(&m_held, signal);
+        for (const int signal : kEnding) {
+            struct sigaction action = {};
+            if (::sigaction(signal, nullptr, &action) == 0 && action.sa_handler != SIG_IGN)
+                sigaddset(&m_held, signal);
+        }
         ::pthread_sigmask(SIG_BLOCK, &m_held, &m_before);
     }
     ~EndHeld() { ::pthread_sigmask(SIG_SETMASK, &m_before, nullptr); }
@@ -61,14 +65,15 @@ public:
     {
         sigset_t pending;
         ::sigpending(&pending);
-        for (const int signal : {SIGHUP, SIGINT, SIGQUIT, SIGTERM}) {
-            if (sigismember(&pending, signal) == 1 && sigismember(&m_before, signal) == 0)
-                return true;
-        }
-        return false;
+        return std::any_of(std::begin(kEnding), std::end(kEnding), [&](int signal) {
+            return sigismember(&pending, signal) == 1 && sigismember(&m_held, signal) == 1 &&
+                   sigismember(&m_before, signal) == 0;
+        });
     }
 
 private:
+    static constexpr int kEnding[] = {SIGHUP, SIGINT, SIGQUIT, SIGTERM};
+
     sigset_t m_held;
     sigset_t m_before;
 };

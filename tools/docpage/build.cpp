@@ -51,7 +51,8 @@ int runBuild(const QStringList &arguments)
         "its first slide, page_1 from the second, and so on. 'man docpage' tells what\n"
         "a description holds. It and the pictures it names are kept as they are.");
     line.addInput("DECK.json", CommandLine::Count::One,
-                  "The description. Pictures are named relative to its folder.");
+                  "The description. Pictures are named relative to its folder; when it is a "
+                  "symbolic link, to the folder of the link.");
     line.addOutput("DIR", "The folder of the page result files. It is created when missing.");
     if (const std::optional<int> status = line.parse(arguments))
         return *status;

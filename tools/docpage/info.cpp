@@ -13,27 +13,21 @@
 
 namespace {
 
-QString formatText(qint32 format)
+struct FormatName
 {
-    switch (format) {
-    case DocCovRslt::PAGE_FORMAT_JPG:
-        return QStringLiteral("JPG picture");
-    case DocCovRslt::PAGE_FORMAT_PNG:
-        return QStringLiteral("PNG picture");
-    default:
-        return QStringLiteral("slide animation data");
-    }
-}
+    const char *inWords;
+    const char *key;
+};
 
-QString formatKey(qint32 format)
+FormatName nameOf(qint32 format)
 {
     switch (format) {
     case DocCovRslt::PAGE_FORMAT_JPG:
-        return QStringLiteral("jpg");
+        return {"JPG picture", "jpg"};
     case DocCovRslt::PAGE_FORMAT_PNG:
-        return QStringLiteral("png");
+        return {"PNG picture", "png"};
     default:
-        return QStringLiteral("slide-animation");
+        return {"slide animation data", "slide-animation"};
     }
 }
 
@@ -72,7 +66,7 @@ struct Info
 
 QString Info::text() const
 {
-    QString text = formatText(page.header.picFormat) + QStringLiteral(", ") +
+    QString text = QLatin1String(nameOf(page.header.picFormat).inWords) + QStringLiteral(", ") +
                    counted(page.payload.size(), "byte") + QStringLiteral(", ");
     if (isPicture(page)) {
         const QSize size = pictureSize(page.payload);
@@ -107,7 +101,7 @@ QJsonObject Info::json() const
 {
     QJsonObject info{{QStringLiteral("version"),
                       QStringLiteral("0x%1").arg(page.header.version, 4, 16, QLatin1Char('0'))},
-                     {QStringLiteral("format"), formatKey(page.header.picFormat)},
+                     {QStringLiteral("format"), QLatin1String(nameOf(page.header.picFormat).key)},
                      {QStringLiteral("formatCode"), page.header.picFormat},
                      {QStringLiteral("payloadSize"), page.payload.size()},
                      {QStringLiteral("trailingBytes"), page.trailingBytes}};

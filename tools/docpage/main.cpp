@@ -106,7 +106,9 @@ int main(int argc, char *argv[])
     try {
         status = run(*arguments);
     } catch (const std::bad_alloc &) {
-        printError(QStringLiteral("out of memory"));
+        const QString input = CommandLine::firstInputOfProcess();
+        printError((input.isEmpty() ? QString() : input + QStringLiteral(": ")) +
+                   QStringLiteral("out of memory"));
     }
     if (!printFault().isEmpty())
         return reportFault(QStringLiteral("standard output"), printFault());

@@ -7,14 +7,31 @@
 
 namespace {
 
-QString readModel(const QString &file, SlideModel &model)
+// What the description does not say of a model that was read from `payload`.
+QStringList notesOn(const QString &file, const QByteArray &payload, const SlideModel &model)
+{
+    QStringList notes;
+    if (model.bytesAfter > 0)
+        notes += QStringLiteral("%1: %2 after the model %3 left out")
+                     .arg(file, counted(model.bytesAfter, "byte"),
+                          model.bytesAfter == 1 ? QStringLiteral("is") : QStringLiteral("are"));
+    if (!payload.startsWith(model.payload()))
+        notes += file + QStringLiteral(": the description does not give the same bytes");
+    return notes;
+}
+
+// `notes` are for a model that is to be described.
+QString readModel(const QString &file, SlideModel &model, QStringList *notes = nullptr)
 {
     const PageFile page = PageFile::read(file);
     if (!page.fault.isEmpty())
         return page.fault;
     if (page.header.picFormat != DocCovRslt::PAGE_FORMAT_PPT_ANIM)
         return QStringLiteral("holds a picture, not slide animation data");
-    return model.read(page.payload);
+    const QString fault = model.read(page.payload);
+    if (fault.isEmpty() && notes)
+        *notes += notesOn(file, page.payload, model);
+    return fault;
 }
 
 int printText(const QStringList &files)
@@ -32,33 +49,24 @@ int printText(const QStringList &files)
     return status;
 }
 
-// What the JSON has no place for. The library passes it over as well.
-void reportLeftOut(const QString &file, qint64 bytes)
-{
-    if (bytes > 0)
-        printError(QStringLiteral("%1: %2 after the model %3 left out")
-                       .arg(file, counted(bytes, "byte"),
-                            bytes == 1 ? QStringLiteral("is") : QStringLiteral("are")));
-}
-
 // All of the files or nothing: without one of them it would be another deck.
 int writeJson(const QStringList &files, const DeckOutput &output, const OutputRules &rules)
 {
     SlideModels models;
+    QStringList notes;
     int status = ExitStatus::Done;
     for (const QString &file : files) {
-        const QString fault = readModel(file, models.emplace_back());
+        const QString fault = readModel(file, models.emplace_back(), &notes);
         if (!fault.isEmpty())
             status = reportFault(file, fault);
     }
     if (status == ExitStatus::Done)
         status = output.write(models, rules);
-    if (status != ExitStatus::Done)
-        return status;
-    auto file = files.begin();
-    for (const SlideModel &model : models)
-        reportLeftOut(*file++, model.bytesAfter);
-    return ExitStatus::Done;
+    if (status == ExitStatus::Done) {
+        for (const QString &note : qAsConst(notes))
+            printError(note);
+    }
+    return status;
 }
 
 } // namespace

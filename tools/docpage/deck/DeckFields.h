@@ -2,9 +2,11 @@
 
 #include "pptdata/PPT_fileDat.h"
 
+#include <type_traits>
+
 /// \file
-/// The plain fields of the model by their keys in a deck's JSON. Each function calls
-/// `visit(key, field, presence)` for the fields of an object, which may be const.
+/// The plain fields of the model by their keys in a deck's JSON: visitFields() calls
+/// `visit(key, field, presence)` for those of an object.
 ///
 /// A field's type says what its JSON is: qint8 true (-1), false (0) or a number; Trigger a name or
 /// a number; others a number.
@@ -31,8 +33,11 @@ struct TriggerName
 {
     const char *name;
     qint8 type;
+    const char *inWords;
 };
-inline constexpr TriggerName kTriggerNames[] = {{"click", 1}, {"with", 2}, {"after", 3}};
+inline constexpr TriggerName kTriggerNames[] = {{"click", 1, "on click"},
+                                                {"with", 2, "with the previous effect"},
+                                                {"after", 3, "after the previous effect"}};
 
 template <typename Head, typename Visit>
 void visitHead(Head &head, Visit &&visit)
@@ -84,4 +89,19 @@ void visitTransition(Transition &transition, Visit &&visit)
     visit("entryEffect", transition.entryEffect, Presence::Carried);
     visit("hidden", transition.hidden, Presence::Carried);
     visit("loopSoundUntilNext", transition.loopSoundUntilNext, Presence::Carried);
+}
+
+/// Of the head, a shape, an effect or a transition, which may be const.
+template <typename Object, typename Visit>
+void visitFields(Object &object, Visit &&visit)
+{
+    using Class = std::remove_const_t<Object>;
+    if constexpr (std::is_same_v<Class, PPT_FileHead>)
+        visitHead(object, visit);
+    else if constexpr (std::is_same_v<Class, PPT_Shape>)
+        visitShape(object, visit);
+    else if constexpr (std::is_same_v<Class, PPT_Effect>)
+        visitEffect(object, visit);
+    else
+        visitTransition(object, visit);
 }

@@ -50,8 +50,6 @@ std::optional<QString> Places::nameOfPictures() const
 
 QString Places::refusal(const QStringList &pictureNames) const
 {
-    if (pictureNames.isEmpty())
-        return {};
     if (isWithin(pictures, json))
         return QStringLiteral("is to be a folder of the pictures");
     for (const QString &name : pictureNames) {

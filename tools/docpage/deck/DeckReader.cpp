@@ -18,35 +18,13 @@ QStringList keyList(Keys... keys)
     return {QLatin1String(keys)...};
 }
 
-QStringList headKeys()
+// The keys of the plain fields.
+template <typename Object>
+QStringList keysOf()
 {
     QStringList keys;
-    const PPT_FileHead fresh;
-    visitHead(fresh, collectingKeys(keys));
-    return keys;
-}
-
-QStringList shapeKeys()
-{
-    QStringList keys = keyList("picture");
-    const PPT_Shape fresh;
-    visitShape(fresh, collectingKeys(keys));
-    return keys;
-}
-
-QStringList effectKeys()
-{
-    QStringList keys;
-    const PPT_Effect fresh;
-    visitEffect(fresh, collectingKeys(keys));
-    return keys;
-}
-
-QStringList transitionKeys()
-{
-    QStringList keys;
-    const PPT_SlideShowTransition fresh;
-    visitTransition(fresh, collectingKeys(keys));
+    const Object fresh;
+    visitFields(fresh, collectingKeys(keys));
     return keys;
 }
 
@@ -65,14 +43,15 @@ public:
 private:
     void readFile(const JsonNode &file);
     void readHead(const JsonNode &node, const std::vector<JsonNode> &slides, PPT_FileHead &head);
-    void readSlide(const JsonNode &slide, PPT_fileDat &model);
-    PPT_Page *addPage(const JsonNode &slide, PPT_fileDat &model) const;
+    void readSlide(const JsonNode &slide, size_t defaultId, PPT_fileDat &model);
+    static PPT_Page *addPage(const JsonNode &slide, size_t defaultId, PPT_fileDat &model);
     void readShape(const JsonNode &node, PPT_Shape &shape);
-    static void readEffect(const JsonNode &node, size_t place, PPT_Effect &effect);
+    void readEffect(const JsonNode &node, size_t place, PPT_Effect &effect) const;
 
+    const QStringList m_shapeKeys = keyList("picture") + keysOf<PPT_Shape>();
+    const QStringList m_effectKeys = keysOf<PPT_Effect>();
     PictureReader &m_pictures;
     SlideModels &m_models;
-    int m_slideNumber = 0; // of the next slide
 };
 
 // Before any default is looked for in them, so that a misspelt key is told as such.
@@ -95,27 +74,29 @@ void DeckReader::readDeck(const JsonNode &deck)
             readFile(file);
         return;
     }
-    deck.expectKeys(keyList("$schema") + headKeys() + keyList("slides"));
+    deck.expectKeys(keyList("$schema") + keysOf<PPT_FileHead>() + keyList("slides"));
     const std::vector<JsonNode> slides = slidesOf(deck);
     if (slides.empty())
         deck.at("slides").fail(QStringLiteral("must not be empty"));
     PPT_FileHead head;
     readHead(deck, slides, head);
     for (const JsonNode &slide : slides) {
+        const size_t number = m_models.size();
         PPT_fileDat &model = m_models.emplace_back().data;
         model.head = head;
-        readSlide(slide, model);
+        readSlide(slide, number, model);
     }
 }
 
 void DeckReader::readFile(const JsonNode &file)
 {
-    file.expectKeys(headKeys() + keyList("slides"));
+    file.expectKeys(keysOf<PPT_FileHead>() + keyList("slides"));
     const std::vector<JsonNode> slides = slidesOf(file);
+    size_t number = m_models.size();
     PPT_fileDat &model = m_models.emplace_back().data;
     readHead(file, slides, model.head);
     for (const JsonNode &slide : slides)
-        readSlide(slide, model);
+        readSlide(slide, number++, model);
 }
 
 // What is not given is taken from `picture`, which is the node's `what`.
@@ -147,18 +128,19 @@ void DeckReader::readHead(const JsonNode &node, const std::vector<JsonNode> &sli
         }
     }
     setDefaultSize(node, background, "background", head);
-    visitHead(head, readingFields(node));
+    visitFields(head, readingFields(node));
 }
 
-PPT_Page *DeckReader::addPage(const JsonNode &slide, PPT_fileDat &model) const
+// `defaultId` makes the first slide of each file the one that is shown of it.
+PPT_Page *DeckReader::addPage(const JsonNode &slide, size_t defaultId, PPT_fileDat &model)
 {
     quint16 pageId = 0;
     if (const std::optional<JsonNode> given = slide.find("pageId"))
         readField(*given, pageId);
-    else if (m_slideNumber <= std::numeric_limits<quint16>::max())
-        pageId = static_cast<quint16>(m_slideNumber);
+    else if (defaultId <= std::numeric_limits<quint16>::max())
+        pageId = static_cast<quint16>(defaultId);
     else
-        slide.at("pageId").fail(QStringLiteral("missing, and the slide's number is too large"));
+        slide.at("pageId").fail(QStringLiteral("missing, and its default is too large"));
 
     PPT_Page *&page = model.pages[pageId];
     if (page)
@@ -169,15 +151,14 @@ PPT_Page *DeckReader::addPage(const JsonNode &slide, PPT_fileDat &model) const
     return page;
 }
 
-void DeckReader::readSlide(const JsonNode &slide, PPT_fileDat &model)
+void DeckReader::readSlide(const JsonNode &slide, size_t defaultId, PPT_fileDat &model)
 {
-    PPT_Page *page = addPage(slide, model);
-    ++m_slideNumber;
+    PPT_Page *page = addPage(slide, defaultId, model);
     if (const std::optional<JsonNode> background = slide.find("background"))
         page->pageImage = m_pictures.read(*background);
     if (const std::optional<JsonNode> transition = slide.find("transition")) {
-        transition->expectKeys(transitionKeys());
-        visitTransition(page->transition, readingFields(*transition));
+        transition->expectKeys(keysOf<PPT_SlideShowTransition>());
+        visitFields(page->transition, readingFields(*transition));
     }
     if (const std::optional<JsonNode> shapes = slide.find("shapes")) {
         for (const JsonNode &shape : shapes->elements()) {
@@ -195,22 +176,22 @@ void DeckReader::readSlide(const JsonNode &slide, PPT_fileDat &model)
 
 void DeckReader::readShape(const JsonNode &node, PPT_Shape &shape)
 {
-    node.expectKeys(shapeKeys());
+    node.expectKeys(m_shapeKeys);
     shape.picDat = m_pictures.read(node.require("picture"));
     setDefaultSize(node, shape.picDat, "picture", shape);
-    visitShape(shape, readingFields(node));
+    visitFields(shape, readingFields(node));
 }
 
 // `place` is that in the list, from 1. It is the default of the number, so that a shape with
 // several effects waits for the next one to come.
-void DeckReader::readEffect(const JsonNode &node, size_t place, PPT_Effect &effect)
+void DeckReader::readEffect(const JsonNode &node, size_t place, PPT_Effect &effect) const
 {
     constexpr size_t kHighest = std::numeric_limits<quint16>::max(); // it counts as unsigned
     effect.effectNo = static_cast<qint16>(std::min(place, kHighest));
     effect.timing.triggerType = 1; // on click
     effect.timing.duration = 0.5F;
-    node.expectKeys(effectKeys());
-    visitEffect(effect, readingFields(node));
+    node.expectKeys(m_effectKeys);
+    visitFields(effect, readingFields(node));
 }
 
 } // namespace

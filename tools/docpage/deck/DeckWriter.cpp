@@ -33,9 +33,10 @@ public:
     QString text(const SlideModels &models);
 
 private:
-    void addHead(const PPT_FileHead &head);
     void addPages(const PPT_fileDat &model);
-    void addPage(const PPT_Page &page);
+    void addPage(const PPT_Page &page, int defaultId);
+    template <typename Object>
+    void addFields(const Object &object);
     void addTransition(const PPT_SlideShowTransition &transition);
     void addShape(const PPT_Shape &shape, const QString &stem);
     void addEffect(const PPT_Effect &effect);
@@ -44,14 +45,15 @@ private:
 
     JsonPrinter m_json;
     PictureExtractor *m_extractor;
-    int m_slideNumber = 0; // of the next slide
+    int m_fileNumber = 0;  // of the next file
+    int m_slideNumber = 0; // of the next slide, over all files
 };
 
 QString DeckWriter::text(const SlideModels &models)
 {
     m_json.beginObject();
     if (isPlain(models)) {
-        addHead(models.front().data.head);
+        addFields(models.front().data.head);
         m_json.key("slides");
         m_json.beginArray();
         for (const SlideModel &model : models)
@@ -61,7 +63,7 @@ QString DeckWriter::text(const SlideModels &models)
         m_json.beginArray();
         for (const SlideModel &model : models) {
             m_json.beginObject();
-            addHead(model.data.head);
+            addFields(model.data.head);
             m_json.key("slides");
             m_json.beginArray();
             addPages(model.data);
@@ -80,26 +82,28 @@ void DeckWriter::addField(const char *key, const QString &text)
     m_json.add(text);
 }
 
-void DeckWriter::addHead(const PPT_FileHead &head)
+template <typename Object>
+void DeckWriter::addFields(const Object &object)
 {
     const auto add = [this](const char *key, const QString &text) { addField(key, text); };
-    visitHead(head, printingFields(add));
+    visitFields(object, printingFields(add));
 }
 
 void DeckWriter::addPages(const PPT_fileDat &model)
 {
+    int defaultId = m_fileNumber++;
     for (const auto &entry : model.pages) {
-        addPage(*entry.second);
+        addPage(*entry.second, defaultId++);
         ++m_slideNumber;
     }
 }
 
-void DeckWriter::addPage(const PPT_Page &page)
+void DeckWriter::addPage(const PPT_Page &page, int defaultId)
 {
     // Never the same for two pictures: slides are counted over all files, shapes on each slide.
     const QString stem = QStringLiteral("slide_%1-").arg(m_slideNumber);
     m_json.beginObject();
-    if (page.pageId != m_slideNumber)
+    if (page.pageId != defaultId)
         addField("pageId", fieldText(page.pageId));
     addPicture("background", page.pageImage, stem + QStringLiteral("background"));
     addTransition(page.transition);
@@ -128,7 +132,7 @@ void DeckWriter::addTransition(const PPT_SlideShowTransition &transition)
         }
         addField(key, text);
     };
-    visitTransition(transition, printingFields(add));
+    visitFields(transition, printingFields(add));
     if (isBegun)
         m_json.end();
 }
@@ -136,8 +140,7 @@ void DeckWriter::addTransition(const PPT_SlideShowTransition &transition)
 void DeckWriter::addShape(const PPT_Shape &shape, const QString &stem)
 {
     m_json.beginObject(Layout::OneLine);
-    const auto add = [this](const char *key, const QString &text) { addField(key, text); };
-    visitShape(shape, printingFields(add));
+    addFields(shape);
     // A shape's picture is never null in a file, so that null may stand for an empty one.
     addPicture("picture", shape.picDat.isEmpty() ? QByteArray() : shape.picDat, stem);
     m_json.end();
@@ -146,8 +149,7 @@ void DeckWriter::addShape(const PPT_Shape &shape, const QString &stem)
 void DeckWriter::addEffect(const PPT_Effect &effect)
 {
     m_json.beginObject(Layout::OneLine);
-    const auto add = [this](const char *key, const QString &text) { addField(key, text); };
-    visitEffect(effect, printingFields(add));
+    addFields(effect);
     m_json.end();
 }
 

@@ -48,21 +48,6 @@ QString fieldText(Trigger<const qint8> trigger)
     return QString::number(trigger.type);
 }
 
-bool isZero(qint8 flag)
-{
-    return flag == 0;
-}
-
-bool isZero(quint16 number)
-{
-    return number == 0;
-}
-
-bool isZero(qint16 number)
-{
-    return number == 0;
-}
-
 bool isZero(float number)
 {
     return bitsOf(number) == 0;

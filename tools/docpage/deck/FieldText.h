@@ -13,10 +13,12 @@ QString fieldText(float number);
 QString fieldText(Trigger<const qint8> trigger);
 
 /// Whether a field that is only carried has nothing to tell.
-bool isZero(qint8 flag);
-bool isZero(quint16 number);
-bool isZero(qint16 number);
 bool isZero(float number);
+template <typename Integer>
+bool isZero(Integer number)
+{
+    return number == 0;
+}
 
 /// Calls `print(key, text)` for the fields of `object` that are to be printed, when used with the
 /// functions of DeckFields.h.

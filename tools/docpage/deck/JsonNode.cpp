@@ -20,6 +20,14 @@ QString syntaxFault(const QByteArray &text, const QJsonParseError &error)
 
 } // namespace
 
+QString shortened(const QString &text, int longest)
+{
+    if (text.size() <= longest)
+        return text;
+    const bool isBetweenTwo = !text.at(longest - 1).isHighSurrogate();
+    return text.left(isBetweenTwo ? longest : longest - 1) + QStringLiteral("...");
+}
+
 JsonNode JsonNode::parse(const QByteArray &text)
 {
     QJsonParseError error{};
@@ -45,11 +53,9 @@ QString JsonNode::shown() const
         return QStringLiteral("an object");
     if (m_value.isArray())
         return QStringLiteral("an array");
-    constexpr int kLongest = 40;
     const QString text =
         QString::fromUtf8(QJsonDocument(QJsonArray{m_value}).toJson(QJsonDocument::Compact));
-    const QString scalar = text.mid(1, text.size() - 2);
-    return scalar.size() <= kLongest ? scalar : scalar.left(kLongest) + QStringLiteral("...");
+    return shortened(text.mid(1, text.size() - 2));
 }
 
 void JsonNode::expectKeys(const QStringList &keys) const
@@ -59,16 +65,15 @@ void JsonNode::expectKeys(const QStringList &keys) const
     const QStringList found = m_value.toObject().keys();
     for (const QString &key : found) {
         if (!keys.contains(key))
-            at(key.toUtf8().constData())
-                .fail(QStringLiteral("unknown key; the keys here are ") +
-                      keys.join(QStringLiteral(", ")));
+            at(key).fail(QStringLiteral("unknown key; the keys here are ") +
+                         keys.join(QStringLiteral(", ")));
     }
 }
 
-JsonNode JsonNode::at(const char *key) const
+JsonNode JsonNode::at(const QString &key) const
 {
-    const QString name = QString::fromUtf8(key);
-    return {m_value.toObject().value(name),
+    const QString name = key.isEmpty() ? QStringLiteral("\"\"") : shortened(key);
+    return {m_value.toObject().value(key),
             m_path.isEmpty() ? name : m_path + QLatin1Char('.') + name};
 }
 

@@ -13,6 +13,9 @@ struct JsonFault
     QString text; ///< where it is and what is wrong, as "slides[0].shapes: must be an array"
 };
 
+/// The beginning of a text, so that a fault has a line's length whatever it quotes.
+QString shortened(const QString &text, int longest = 40);
+
 /// A value of a JSON text that is taken apart, and where it is. What is not as it has to be throws
 /// JsonFault.
 class JsonNode
@@ -37,7 +40,7 @@ public:
     JsonNode require(const char *key) const;
 
     /// The node that `key` has or would have, for a fault.
-    JsonNode at(const char *key) const;
+    JsonNode at(const char *key) const { return at(QString::fromUtf8(key)); }
 
     /// The elements; fails when this is no array.
     std::vector<JsonNode> elements() const;
@@ -47,6 +50,7 @@ public:
     int integer(int least, int most, const QString &what = {}) const;
 
 private:
+    JsonNode at(const QString &key) const;
     JsonNode(const QJsonValue &value, const QString &path)
         : m_value(value)
         , m_path(path)

@@ -5,6 +5,8 @@
 #include "tools/docpage/deck/FieldText.h"
 #include "tools/docpage/deck/FloatText.h"
 
+#include <QSet>
+
 namespace {
 
 QString line(int depth, const QString &text)
@@ -25,15 +27,15 @@ QString pictureText(const QByteArray &picture)
 }
 
 // The carried fields that have something to tell: "key value, key value".
-template <typename Object, typename VisitObject>
-QString carriedText(const Object &object, const VisitObject &visitObject)
+template <typename Object>
+QString carriedText(const Object &object)
 {
     QStringList fields;
     const auto add = [&fields](const char *key, const QString &text) {
         fields += QLatin1String(key) + QLatin1Char(' ') + text;
     };
     const auto print = printingFields(add);
-    visitObject(object, [&print](const char *key, const auto &field, Presence presence) {
+    visitFields(object, [&print](const char *key, const auto &field, Presence presence) {
         if (presence == Presence::Carried)
             print(key, field, presence);
     });
@@ -49,16 +51,11 @@ QString shapeText(const PPT_Shape &shape)
 
 QString triggerText(qint8 type)
 {
-    switch (type) {
-    case 1:
-        return QStringLiteral("on click");
-    case 2:
-        return QStringLiteral("with the previous effect");
-    case 3:
-        return QStringLiteral("after the previous effect");
-    default:
-        return QStringLiteral("trigger %1").arg(type);
+    for (const TriggerName &trigger : kTriggerNames) {
+        if (trigger.type == type)
+            return QLatin1String(trigger.inWords);
     }
+    return QStringLiteral("trigger %1").arg(type);
 }
 
 QString exitText(qint8 exit)
@@ -75,8 +72,7 @@ QString exitText(qint8 exit)
 
 QString effectText(const PPT_Effect &effect, bool hasShape)
 {
-    const QString carried =
-        carriedText(effect, [](const auto &object, auto visit) { visitEffect(object, visit); });
+    const QString carried = carriedText(effect);
     return QStringLiteral("effect %1 of shape %2").arg(effect.effectNo).arg(effect.shapeId) +
            (hasShape ? QString() : QStringLiteral(" (not there)")) + QStringLiteral(": ") +
            triggerText(effect.timing.triggerType) + exitText(effect.exit) +
@@ -84,18 +80,20 @@ QString effectText(const PPT_Effect &effect, bool hasShape)
            (carried.isEmpty() ? QString() : QStringLiteral("; ") + carried);
 }
 
-QString pageText(PPT_Page &page)
+QString pageText(const PPT_Page &page)
 {
     QString text = line(1, QStringLiteral("page %1").arg(page.pageId));
     text += line(2, QStringLiteral("background: ") + pictureText(page.pageImage));
-    const QString transition = carriedText(
-        page.transition, [](const auto &object, auto visit) { visitTransition(object, visit); });
+    const QString transition = carriedText(page.transition);
     if (!transition.isEmpty())
         text += line(2, QStringLiteral("transition: ") + transition);
-    for (const PPT_Shape *shape : page.shapes)
+    QSet<quint16> ids;
+    for (const PPT_Shape *shape : page.shapes) {
         text += line(2, shapeText(*shape));
+        ids.insert(shape->shapeId);
+    }
     for (const PPT_Effect *effect : page.effects)
-        text += line(2, effectText(*effect, page.getPage(effect->shapeId)));
+        text += line(2, effectText(*effect, ids.contains(effect->shapeId)));
     return text;
 }
 

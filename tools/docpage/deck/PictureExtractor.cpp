@@ -50,7 +50,7 @@ int PictureExtractor::reportRefusals(const OutputRules &rules) const
 
 int PictureExtractor::save(const OutputRules &rules) const
 {
-    QString fault = m_files.empty() ? QString() : createFolder(m_folder);
+    QString fault = m_folder.isEmpty() ? QString() : createFolder(m_folder);
     if (!fault.isEmpty())
         return reportFault(m_folder, fault);
     for (const File &file : m_files) {

@@ -12,7 +12,7 @@
 class PictureExtractor
 {
 public:
-    /// \param folder is created when missing, once there is something to put into it
+    /// \param folder is created when missing, also for no pictures; empty when nothing is added
     /// \param namedFolder the folder as it is called in the pictures' names; empty when it is not
     PictureExtractor(const QString &folder, const QString &namedFolder)
         : m_folder(folder)

@@ -29,6 +29,8 @@ QByteArray PictureReader::readFile(const JsonNode &picture)
     const QString name = picture.value().toString();
     if (name.contains(QChar(0)))
         picture.fail(QStringLiteral("a file name holds no NUL"));
+    if (QString::fromUtf8(name.toUtf8()) != name)
+        picture.fail(QStringLiteral("a file name holds no lone surrogate"));
     const QString path = m_folder.filePath(plainName(name));
     const auto known = m_files.constFind(path);
     if (known != m_files.constEnd())
@@ -36,8 +38,10 @@ QByteArray PictureReader::readFile(const JsonNode &picture)
 
     QByteArray bytes;
     const QString fault = name.isEmpty() ? QStringLiteral("no file name") : readInput(path, bytes);
+    constexpr int kLongestName = 255; // what a file can be called is told in full
     if (!fault.isEmpty())
-        picture.fail(QStringLiteral("cannot read \"%1\": ").arg(name) + fault);
+        picture.fail(QStringLiteral("cannot read \"%1\": ").arg(shortened(name, kLongestName)) +
+                     fault);
     m_files.insert(path, bytes);
     return bytes;
 }
