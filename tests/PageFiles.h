@@ -9,8 +9,8 @@
 /// Pictures and page result files made beside the library, for the tests of what reads them.
 namespace PageFiles {
 
-/// A picture, encoded as "PNG" or "JPG" by Qt.
-inline QByteArray encoded(const QImage &image, const char *format)
+/// A picture, encoded by Qt.
+inline QByteArray encoded(const QImage &image, const char *format = "PNG")
 {
     QByteArray bytes;
     QBuffer buffer(&bytes);

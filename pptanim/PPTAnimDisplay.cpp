@@ -1,0 +1,64 @@
+#include "pptanim/PPTAnimDisplay.h"
+
+#include "common/FloatToInt.h"
+
+namespace {
+
+// A page is not smaller than one pixel.
+int pageSide(float pageUnits)
+{
+    return pageUnits < 1 ? 1 : toPixels(pageUnits);
+}
+
+} // namespace
+
+PPTAnimDisplay::PPTAnimDisplay()
+{
+    connect(&animTimer, SIGNAL(timeout()), this, SLOT(slot_AnimTimeout()));
+    PPTAnimDisplay::Clear();
+}
+
+PPTAnimDisplay::~PPTAnimDisplay()
+{
+    PPTAnimDisplay::Clear();
+}
+
+bool PPTAnimDisplay::Init(int pageId, const QByteArray &data, int fps)
+{
+    Clear();
+    CStdDataStream stream(data);
+    if (!fileDat.streamFrom(stream))
+        return false;
+    curPage = fileDat.getPage(static_cast<unsigned short>(pageId));
+    if (!curPage)
+        return false;
+    curPageId = pageId;
+    pageWidth = pageSide(fileDat.head.width);
+    pageHeight = pageSide(fileDat.head.height);
+    AnalyszEffectSteps();
+    CollectShapes();
+    animTimer.setInterval(fps > 0 ? 1000 / fps : 1000);
+    SetAnimStep(0);
+    return true;
+}
+
+int PPTAnimDisplay::GetPageID()
+{
+    return curPageId;
+}
+
+void PPTAnimDisplay::Clear()
+{
+    pageWidth = 1;
+    pageHeight = 1;
+    fileDat.ClearDat(fileDat.pages);
+    curPageId = -1;
+    curPage = nullptr;
+    animStep = 0;
+    passedDuration = 0;
+    effectSteps.clear();
+    shapeAnimDats.clear();
+    StopRun();
+    cachPic = false;
+    ClearPicCachs();
+}

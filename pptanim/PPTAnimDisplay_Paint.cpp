@@ -1,0 +1,115 @@
+// Painting: decoded pictures, their cache, and the frame made of them.
+#include "pptanim/PPTAnimDisplay.h"
+
+#include <QPainter>
+
+namespace {
+
+bool isFastFormat(QImage::Format format)
+{
+    return format == QImage::Format_RGB32 || format == QImage::Format_ARGB32 ||
+           format == QImage::Format_ARGB32_Premultiplied;
+}
+
+// Qt's images have less than 2^30 pixels a side, so what is farther away leaves no trace; at the
+// ends of the range Qt's sums of coordinates may overflow.
+bool isNearby(const QPoint &at)
+{
+    constexpr int kFar = 1 << 30;
+    return at.x() > -kFar && at.x() < kFar && at.y() > -kFar && at.y() < kFar;
+}
+
+} // namespace
+
+QImage PPTAnimDisplay::MakeImage(const QByteArray &data)
+{
+    QImage image;
+    const auto cached = picCachs.find(&data);
+    if (cached != picCachs.end())
+        image = cached->second;
+    if (image.isNull())
+        image.loadFromData(data);
+    if (!cachPic)
+        return image;
+    if (!isFastFormat(image.format()))
+        image = image.convertToFormat(QImage::Format_ARGB32);
+    picCachs[&data] = image;
+    return image;
+}
+
+QImage PPTAnimDisplay::GetImg()
+{
+    if (!curPage)
+        return {};
+    QImage image = MakeImage(curPage->pageImage);
+    if (image.isNull())
+        return image;
+    QPainter painter;
+    // The one format that a decoder makes and a painter cannot paint on, and would log about. The
+    // shapes' states are brought up to date all the same.
+    if (image.format() != QImage::Format_Indexed8 && painter.begin(&image))
+        painter.setRenderHint(QPainter::SmoothPixmapTransform);
+    PaintShapes(painter);
+    if (painter.isActive())
+        painter.end();
+    return image;
+}
+
+void PPTAnimDisplay::PaintShapes(QPainter &painter)
+{
+    getAllShapeDrawState();
+    QList<ShapeAnimDat *> list;
+    CoverShapes(shapeAnimDats, list);
+    DrawShapes(painter, list);
+}
+
+void PPTAnimDisplay::DrawShapes(QPainter &painter, QList<ShapeAnimDat *> &list)
+{
+    for (ShapeAnimDat *dat : qAsConst(list)) {
+        if (dat)
+            DrawShape(painter, *dat);
+    }
+}
+
+void PPTAnimDisplay::DrawShape(QPainter &painter, ShapeAnimDat &d)
+{
+    if (!d.shape || d.drawState == DRAW_HIDE)
+        return;
+    QRect org = GetShapeOrgRect(d.shape);
+    const QPoint at = GetAnimCurretRect(d, org).topLeft();
+    const QImage picture = MakeImage(d.shape->picDat);
+    if (!picture.isNull() && isNearby(at))
+        painter.drawImage(at, picture);
+}
+
+void PPTAnimDisplay::MakePicCachs()
+{
+    if (!curPage || !cachPic)
+        return;
+    MakeImage(curPage->pageImage);
+    QList<ShapeAnimDat *> list;
+    CoverShapes(shapeAnimDats, list);
+    for (const ShapeAnimDat *dat : qAsConst(list)) {
+        if (dat->shape)
+            MakeImage(dat->shape->picDat);
+    }
+}
+
+void PPTAnimDisplay::SetCachPic(bool on)
+{
+    cachPic = on;
+    if (on)
+        MakePicCachs();
+    else
+        ClearPicCachs();
+}
+
+bool PPTAnimDisplay::IsCachPic()
+{
+    return cachPic;
+}
+
+void PPTAnimDisplay::ClearPicCachs()
+{
+    picCachs.clear();
+}

@@ -1,0 +1,70 @@
+// Steps: the page's effects, cut at the clicks and grouped by what starts together.
+#include "pptanim/PPTAnimDisplay.h"
+
+#include "common/FloatToInt.h"
+
+#include <algorithm>
+
+bool PPTAnimDisplay::IsClickEffect(PPT_Effect *e)
+{
+    return e && e->timing.triggerType == 1;
+}
+
+bool PPTAnimDisplay::IsAfterEffect(PPT_Effect *e)
+{
+    return e && e->timing.triggerType == 3;
+}
+
+void PPTAnimDisplay::AnalyszEffectSteps()
+{
+    EffectGrp group;
+    EffectStep step;
+
+    const auto closeGroup = [&] {
+        if (group.effects.empty())
+            return;
+        step.stepDuration += group.grpDuration;
+        step.stepType = group.effects.front()->timing.triggerType;
+        step.effectGrps.push_back(std::move(group));
+        group = {};
+    };
+    const auto closeStep = [&] {
+        if (step.effectGrps.empty())
+            return;
+        step.stepIndex = static_cast<unsigned int>(effectSteps.size()) + 1;
+        effectSteps.emplace(step.stepIndex, std::move(step));
+        step = {};
+    };
+
+    effectSteps.clear();
+    for (PPT_Effect *effect : curPage->effects) {
+        const bool isClick = IsClickEffect(effect);
+        if (isClick || IsAfterEffect(effect))
+            closeGroup();
+        if (isClick)
+            closeStep();
+        group.effects.push_back(effect);
+        // In this order: a duration that is no number leaves the group's as it is.
+        group.grpDuration = toUInt32(static_cast<double>(
+            std::max(static_cast<float>(group.grpDuration), effect->timing.duration * 1000.0F)));
+    }
+    closeGroup();
+    closeStep();
+}
+
+PPTAnimDisplay::EffectStep *PPTAnimDisplay::GetEffectStep(unsigned int step)
+{
+    const auto found = effectSteps.find(step);
+    return found == effectSteps.end() ? nullptr : &found->second;
+}
+
+unsigned int PPTAnimDisplay::GetStepCount()
+{
+    return static_cast<unsigned int>(effectSteps.size());
+}
+
+unsigned int PPTAnimDisplay::GetStepDuration(unsigned int step)
+{
+    const EffectStep *record = GetEffectStep(step);
+    return record ? record->stepDuration : 0;
+}
