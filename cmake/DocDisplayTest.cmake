@@ -3,6 +3,7 @@
 set(DOCDISPLAY_TEST_ENVIRONMENT
   "QT_QPA_PLATFORM=offscreen" "TZ=UTC" "LC_ALL=C.UTF-8"
   "ASAN_OPTIONS=detect_leaks=1:detect_stack_use_after_return=1:max_allocation_size_mb=512"
+  "LSAN_OPTIONS=print_suppressions=0:suppressions=${PROJECT_SOURCE_DIR}/tests/lsan.supp"
   "UBSAN_OPTIONS=print_stacktrace=1"
   "TSAN_OPTIONS=halt_on_error=1:ignore_noninstrumented_modules=1:suppressions=${PROJECT_SOURCE_DIR}/tests/tsan.supp")
 

@@ -1,9 +1,10 @@
 # The programs and their parts.
 docdisplay_test(tst_naturalorder LABELS tools LIBRARIES docpage_parts)
 docdisplay_test(tst_picturecheck LABELS tools LIBRARIES docpage_parts)
+docdisplay_test(tst_docpage_frames LABELS tools LIBRARIES docpage_parts)
 
 foreach(test IN ITEMS tst_docpage tst_docpage_output tst_docpage_wrap tst_docpage_info
-                      tst_docpage_deck tst_docpage_model)
+                      tst_docpage_deck tst_docpage_model tst_docpage_play)
   docdisplay_test(${test} LABELS tools SOURCES DocpageRun.cpp DocpageTest.h
                   LIBRARIES docpage_parts)
   add_dependencies(${test} docpage)

@@ -52,12 +52,15 @@ void TestDocpageInfo::info()
 void TestDocpageInfo::infoOfADeck()
 {
     place->write(text("deck.json"), R"({"files": [{"width": 640, "height": 360.5, "slides": [
-  {"shapes": [{"id": 1, "picture": "red.png"}], "effects": [{"shape": 1}, {"shape": 1}]},
+  {"shapes": [{"id": 1, "picture": "red.png"}],
+   "effects": [{"shape": 1, "trigger": "with", "duration": 5000000}, {"shape": 1}]},
   {"pageId": 7, "shapes": [{"id": 1, "picture": "red.png"}]}]}]})");
     verifyDoes(words("build deck.json -o new"), "1 page result file in new\n");
     verifyDoes(words("info new/page_0"),
                "new/page_0: slide animation data, 434 bytes, 640 x 360.5, 2 pages, 2 shapes, "
-               "2 effects\n");
+               "2 effects\n"
+               "  page 0, step 1: starts by itself, 4294967295 ms\n"
+               "  page 0, step 2: on click, 500 ms\n");
     verifyDoes(words("info --json new/page_0"), R"([
     {
         "bytesAfterModel": 0,
@@ -72,12 +75,26 @@ void TestDocpageInfo::infoOfADeck()
             {
                 "effects": 2,
                 "pageId": 0,
-                "shapes": 1
+                "shapes": 1,
+                "steps": [
+                    {
+                        "duration": 4294967295,
+                        "number": 1,
+                        "trigger": "auto"
+                    },
+                    {
+                        "duration": 500,
+                        "number": 2,
+                        "trigger": "click"
+                    }
+                ]
             },
             {
                 "effects": 0,
                 "pageId": 7,
-                "shapes": 1
+                "shapes": 1,
+                "steps": [
+                ]
             }
         ],
         "payloadSize": 434,

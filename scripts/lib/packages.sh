@@ -30,5 +30,8 @@ ensure_packages() {
 
 # What every build of the project needs.
 build_packages=(g++ cmake ninja-build qtbase5-dev zlib1g-dev)
+# What `docpage play` writes text with.
+font_packages=(fonts-dejavu-core)
 # What the tests, the benchmarks and their helpers need beyond that.
-test_packages=(binutils groff-base libbenchmark-dev pkg-config python3-jsonschema)
+test_packages=(binutils groff-base libbenchmark-dev pkg-config python3-jsonschema
+    "${font_packages[@]}")

@@ -32,6 +32,13 @@ void CommandLine::addInput(const char *name, Count count, const char *descriptio
     m_parser.addPositionalArgument(m_input, QString::fromUtf8(description));
 }
 
+void CommandLine::addDocument()
+{
+    addInput("DOCUMENT", Count::OneOrMore,
+             "A folder of page result files, taken in natural order of their names (page_2 before "
+             "page_10), or the files themselves in their order.");
+}
+
 void CommandLine::addOption(const char *name, const char *description, const char *value)
 {
     m_parser.addOption(
@@ -84,6 +91,18 @@ QStringList CommandLine::inputs() const
 QString CommandLine::path(const char *option) const
 {
     return plainName(value(option));
+}
+
+QString CommandLine::readNumber(const char *option, const char *what, unsigned int &number,
+                                unsigned int least, unsigned int most) const
+{
+    if (!isSet(option))
+        return {};
+    bool isNumber = false;
+    number = value(option).toUInt(&isNumber);
+    if (isNumber && number >= least && number <= most)
+        return {};
+    return QStringLiteral("'%1' is no %2.").arg(value(option), QLatin1String(what));
 }
 
 int CommandLine::wrongUsage(const QString &message) const

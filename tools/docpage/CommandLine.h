@@ -2,6 +2,7 @@
 
 #include <QCommandLineParser>
 
+#include <limits>
 #include <optional>
 
 /// The command line of the program or of one of its commands: reads it, and answers --help and
@@ -10,13 +11,16 @@ class CommandLine
 {
 public:
     /// \param name what is typed, as "docpage wrap"
-    /// \param synopsis what follows the name in the usage line
+    /// \param synopsis what follows the name in the usage, lines of at most 79 characters
     /// \param description lines of at most 79 characters
     CommandLine(const char *name, const char *synopsis, const char *description);
 
     /// What has to be given besides options, once or any number of times.
     enum class Count { One, OneOrMore };
     void addInput(const char *name, Count count, const char *description);
+
+    /// The pages of a document, any number of times.
+    void addDocument();
 
     /// An option of the name `name`, followed by a value when `value` is the name of one.
     void addOption(const char *name, const char *description, const char *value = "");
@@ -44,6 +48,13 @@ public:
     QString path(const char *option) const;
 
     bool isSet(const char *option) const { return m_parser.isSet(QLatin1String(option)); }
+    /// Reads the value of an option into `number`, which stays when the option is not given.
+    /// \param what the value is, in words
+    /// \return what is wrong with it, a sentence; empty when nothing is
+    QString readNumber(const char *option, const char *what, unsigned int &number,
+                       unsigned int least = 0,
+                       unsigned int most = std::numeric_limits<unsigned int>::max()) const;
+
     QString value(const char *option) const { return m_parser.value(QLatin1String(option)); }
 
 private:

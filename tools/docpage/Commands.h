@@ -22,3 +22,6 @@ int runModel(const QStringList &arguments);
 
 /// Saves one page of a document as a picture.
 int runRender(const QStringList &arguments);
+
+/// Saves every frame of a document as a picture. Needs a QGuiApplication.
+int runPlay(const QStringList &arguments);

@@ -4,6 +4,7 @@
 #include "tools/docpage/PageFile.h"
 #include "tools/docpage/PictureCheck.h"
 #include "tools/docpage/PictureSize.h"
+#include "tools/docpage/SlideSteps.h"
 #include "tools/docpage/deck/ModelText.h"
 #include "tools/docpage/deck/SlideModel.h"
 
@@ -60,11 +61,28 @@ struct Info
         if (fault.isEmpty() && !isPicture(page))
             fault = model.read(page.payload);
     }
-    QString text() const;
-    QJsonObject json() const;
+    QString text();
+    QJsonObject json();
 };
 
-QString Info::text() const
+// A line for each step of each page.
+QString stepsText(PPT_fileDat &model)
+{
+    QString text;
+    for (const auto &entry : model.pages) {
+        int number = 0;
+        for (const SlideStep &step : slideSteps(model, entry.first))
+            text += QStringLiteral("\n  page %1, step %2: %3, %4 ms")
+                        .arg(entry.first)
+                        .arg(++number)
+                        .arg(step.startsByItself ? QStringLiteral("starts by itself")
+                                                 : QStringLiteral("on click"))
+                        .arg(step.duration);
+    }
+    return text;
+}
+
+QString Info::text()
 {
     QString text = QLatin1String(nameOf(page.header.picFormat).inWords) + QStringLiteral(", ") +
                    counted(page.payload.size(), "byte") + QStringLiteral(", ");
@@ -78,7 +96,7 @@ QString Info::text() const
     }
     if (page.trailingBytes > 0)
         text += QStringLiteral(", ") + followedByIgnored(page.trailingBytes);
-    return text;
+    return isPicture(page) ? text : text + stepsText(model.data);
 }
 
 QJsonObject sizeJson(double width, double height)
@@ -86,18 +104,31 @@ QJsonObject sizeJson(double width, double height)
     return {{QStringLiteral("width"), width}, {QStringLiteral("height"), height}};
 }
 
-QJsonArray pagesJson(const PPT_fileDat &model)
+QJsonArray stepsJson(PPT_fileDat &model, quint16 pageId)
+{
+    QJsonArray steps;
+    for (const SlideStep &step : slideSteps(model, pageId))
+        steps.append(
+            QJsonObject{{QStringLiteral("number"), steps.size() + 1},
+                        {QStringLiteral("trigger"),
+                         step.startsByItself ? QStringLiteral("auto") : QStringLiteral("click")},
+                        {QStringLiteral("duration"), static_cast<qint64>(step.duration)}});
+    return steps;
+}
+
+QJsonArray pagesJson(PPT_fileDat &model)
 {
     QJsonArray pages;
     for (const auto &entry : model.pages)
         pages.append(QJsonObject{
             {QStringLiteral("pageId"), entry.first},
             {QStringLiteral("shapes"), static_cast<qint64>(entry.second->shapes.size())},
-            {QStringLiteral("effects"), static_cast<qint64>(entry.second->effects.size())}});
+            {QStringLiteral("effects"), static_cast<qint64>(entry.second->effects.size())},
+            {QStringLiteral("steps"), stepsJson(model, entry.first)}});
     return pages;
 }
 
-QJsonObject Info::json() const
+QJsonObject Info::json()
 {
     QJsonObject info{{QStringLiteral("version"),
                       QStringLiteral("0x%1").arg(page.header.version, 4, 16, QLatin1Char('0'))},
@@ -126,9 +157,9 @@ int runInfo(const QStringList &arguments)
     CommandLine line(
         "docpage info", "[--json] FILE...",
         "Tells of each page result file the format and size of its payload; of a picture\n"
-        "the size in pixels, of slide animation data the page size and how many pages,\n"
-        "shapes and effects it holds; also how many bytes after the payload, or after\n"
-        "the animation data in it, are ignored.");
+        "the size in pixels, of slide animation data the page size, how many pages,\n"
+        "shapes and effects it holds, and its steps; also how many bytes after the\n"
+        "payload, or after the animation data in it, are ignored.");
     line.addInput("FILE", CommandLine::Count::OneOrMore, "A page result file.");
     line.addOption("json", "Prints one JSON array with an object for each file.");
     if (const std::optional<int> status = line.parse(arguments))
@@ -139,7 +170,7 @@ int runInfo(const QStringList &arguments)
     int status = ExitStatus::Done;
     QJsonArray infos;
     for (const QString &file : files) {
-        const Info known(file);
+        Info known(file);
         QJsonObject info;
         if (known.page.fault.isEmpty() && (isPicture(known.page) || known.fault.isEmpty())) {
             if (isJson)

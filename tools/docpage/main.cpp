@@ -3,11 +3,13 @@
 #include "tools/docpage/Console.h"
 #include "tools/docpage/LibraryLog.h"
 
-#include <QCoreApplication>
+#include <QGuiApplication>
 #include <QTextCodec>
 
+#include <algorithm>
 #include <clocale>
 #include <csignal>
+#include <memory>
 #include <new>
 
 #include <fcntl.h>
@@ -19,6 +21,7 @@ struct Command
     const char *name;
     const char *summary;
     int (*run)(const QStringList &arguments);
+    bool drawsText = false;
 };
 
 constexpr Command kCommands[] = {
@@ -28,6 +31,7 @@ constexpr Command kCommands[] = {
     {"build", "Makes page result files from the description of an animated deck.", runBuild},
     {"model", "Tells all that slide animation data holds.", runModel},
     {"render", "Saves one page of a document as a PNG picture.", runRender},
+    {"play", "Saves every frame of a document as a PNG picture.", runPlay, true},
 };
 
 QByteArray description()
@@ -43,12 +47,19 @@ QByteArray description()
                   "Exit status: 0 done, 1 the work failed, 2 wrong usage.";
 }
 
+const Command *commandOf(const QStringList &arguments)
+{
+    const auto *found =
+        std::find_if(std::begin(kCommands), std::end(kCommands), [&](const Command &command) {
+            return arguments.value(0) == QLatin1String(command.name);
+        });
+    return found == std::end(kCommands) ? nullptr : found;
+}
+
 int run(const QStringList &arguments)
 {
-    for (const Command &command : kCommands) {
-        if (arguments.value(0) == QLatin1String(command.name))
-            return command.run(arguments.mid(1));
-    }
+    if (const Command *command = commandOf(arguments))
+        return command->run(arguments.mid(1));
 
     CommandLine line("docpage", "COMMAND ...", description().constData());
     line.addOption("version", "Shows the version.");
@@ -72,7 +83,7 @@ void occupyStandardStreams()
     }
 }
 
-// Not QCoreApplication's arguments: it takes out what it understands itself, even behind "--".
+// The bytes as they are, which have to be UTF-8.
 std::optional<QStringList> argumentsOf(int argc, char *argv[])
 {
     QStringList arguments;
@@ -87,6 +98,18 @@ std::optional<QStringList> argumentsOf(int argc, char *argv[])
     return arguments;
 }
 
+// Fonts are had from a platform only, but one without a screen will do. Neither kind of application
+// is given the arguments: each takes out some for itself.
+std::unique_ptr<QCoreApplication> makeApplication(char *program, bool drawsText)
+{
+    static int argc = 1;
+    static char *argv[] = {program, nullptr};
+    if (!drawsText)
+        return std::make_unique<QCoreApplication>(argc, argv);
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    return std::make_unique<QGuiApplication>(argc, argv);
+}
+
 } // namespace
 
 int main(int argc, char *argv[])
@@ -98,9 +121,10 @@ int main(int argc, char *argv[])
         return ExitStatus::Failed;
     // Names are UTF-8 and the program speaks English, whatever the locale.
     QTextCodec::setCodecForLocale(QTextCodec::codecForName("UTF-8"));
-    const QCoreApplication app(argc, argv);
-    std::setlocale(LC_ALL, "C");
     LibraryLog::divert();
+    const Command *command = commandOf(*arguments);
+    const auto app = makeApplication(argv[0], command && command->drawsText);
+    std::setlocale(LC_ALL, "C");
 
     int status = ExitStatus::Failed;
     try {
