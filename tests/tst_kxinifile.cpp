@@ -80,6 +80,16 @@ void tst_KxIniFile::value_data()
         << bytes("[VER]\r\nVer=1.2\r") << QStringLiteral("1.2");
     QTest::newRow("byte order mark before the section: skipped")
         << bytes("\xEF\xBB\xBF[VER]\nVer=1.2\n") << QStringLiteral("1.2");
+    QTest::newRow("byte order mark and CR LF: as without them")
+        << bytes("\xEF\xBB\xBF[VER]\r\n\r\n;Ver=0\r\nVer=1.2\r\nVer=3\r\n")
+        << QStringLiteral("1.2");
+    QTest::newRow("byte order mark only: empty") << bytes("\xEF\xBB\xBF") << QString();
+    QTest::newRow("byte order mark further down: part of its line")
+        << bytes("[VER]\n\xEF\xBB\xBFVer=0\nVer=1.2\n") << QStringLiteral("1.2");
+    QTest::newRow("lone CRs end no lines")
+        << bytes("[VER]\nX=1\rVer=0\r\nVer=1.2\n") << QStringLiteral("1.2");
+    QTest::newRow("duplicate key in a repeated section: the first")
+        << bytes("[VER]\nVer=1.2\n[A]\n[VER]\nVer=3\n") << QStringLiteral("1.2");
     QTest::newRow("blank lines: ignored")
         << bytes("\n\n[VER]\n\n \t\n\r\nVer=1.2\n\n") << QStringLiteral("1.2");
 

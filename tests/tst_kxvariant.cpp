@@ -175,6 +175,11 @@ void tst_KxVariant::content_data()
                                   << noText << noBytes << noMap << sampleList();
     QTest::newRow("code 10: nothing to read") << KxVariant::fromTypeCode(10) << 10U << false << 0
                                               << 0L << 0.0 << noText << noBytes << noMap << noList;
+    QTest::newRow("code 11: nothing to read") << KxVariant::fromTypeCode(11) << 11U << false << 0
+                                              << 0L << 0.0 << noText << noBytes << noMap << noList;
+    QTest::newRow("largest code: nothing to read")
+        << KxVariant::fromTypeCode(4294967295U) << 4294967295U << false << 0 << 0L << 0.0 << noText
+        << noBytes << noMap << noList;
 }
 
 void tst_KxVariant::content()
@@ -208,8 +213,9 @@ void tst_KxVariant::fromTypeCode_data()
     QTest::newRow("8: an empty map") << 8U << KxVariant(KxVariantMap()) << 8U;
     QTest::newRow("9: an empty list") << 9U << KxVariant(KxList()) << 9U;
     QTest::newRow("10: itself") << 10U << KxVariant::fromTypeCode(10) << 10U;
-    QTest::newRow("11: nothing") << 11U << KxVariant() << 0U;
-    QTest::newRow("4294967295: nothing") << 4294967295U << KxVariant() << 0U;
+    QTest::newRow("11: itself") << 11U << KxVariant::fromTypeCode(11) << 11U;
+    QTest::newRow("4294967295: itself")
+        << 4294967295U << KxVariant::fromTypeCode(4294967295U) << 4294967295U;
 }
 
 void tst_KxVariant::fromTypeCode()
@@ -306,6 +312,12 @@ void tst_KxVariant::equality_data()
         << KxVariant::fromTypeCode(6) << KxVariant::fromTypeCode(6) << true;
     QTest::newRow("code 6 and code 10: different")
         << KxVariant::fromTypeCode(6) << KxVariant::fromTypeCode(10) << false;
+    QTest::newRow("code 11 and code 11: equal")
+        << KxVariant::fromTypeCode(11) << KxVariant::fromTypeCode(11) << true;
+    QTest::newRow("code 11 and code 12: different")
+        << KxVariant::fromTypeCode(11) << KxVariant::fromTypeCode(12) << false;
+    QTest::newRow("code 11 and nothing: different")
+        << KxVariant::fromTypeCode(11) << KxVariant() << false;
 }
 
 void tst_KxVariant::equality()

@@ -22,7 +22,7 @@ class KxVariantMap;
 /// | 2    | 32-bit integer, int   | 8    | map, KxVariantMap                     |
 /// | 3    | 64-bit integer, long  | 9    | list, std::list<KxVariant>            |
 /// | 4    | double                | 10   | user data, its content is not carried |
-/// | 5    | text, UTF-8           |      |                                       |
+/// | 5    | text, UTF-8           | > 10 | other kinds, likewise                 |
 ///
 /// A value type: copies are independent of one another, and one that was moved from holds nothing.
 /// Reentrant: one object must not be changed while another thread uses it; copies may be used by
@@ -52,10 +52,10 @@ public:
     KxVariant(T) = delete;
 
     /// A value of the kind `code` names, with that kind's empty value (false, 0, an empty text);
-    /// the way to get one of code 6 or 10. A code above 10 gives a value that holds nothing.
+    /// the way to get one whose content is not carried: of code 6, 10 or above.
     static KxVariant fromTypeCode(unsigned int code);
 
-    /// The type code, 0 to 10.
+    /// The type code.
     unsigned int type() const noexcept;
 
     // Each gives a copy of the content, or the empty value of its own type when another kind is

@@ -13,11 +13,16 @@ struct KxVariant::Value
     {
         friend bool operator==(NotCarried, NotCarried) noexcept { return true; }
     };
-    // In the order of the type codes, so that the index is the code.
+    struct OtherKind
+    {
+        unsigned int code;
+        friend bool operator==(OtherKind a, OtherKind b) noexcept { return a.code == b.code; }
+    };
+    // In the order of the type codes, so that the index is the code, but for the last.
     using Content =
         std::variant<std::monostate, bool, int, long, double, std::string, NotCarried<6>,
-                     KxByteArray, KxVariantMap, std::list<KxVariant>, NotCarried<10>>;
-    static_assert(std::variant_size_v<Content> == 11);
+                     KxByteArray, KxVariantMap, std::list<KxVariant>, NotCarried<10>, OtherKind>;
+    static_assert(std::variant_size_v<Content> == 12);
     static_assert(sizeof(int) == 4 && sizeof(long) == 8);
 
     template <typename T>
@@ -29,13 +34,19 @@ struct KxVariant::Value
     template <std::size_t Code = 1>
     static std::shared_ptr<const Value> emptyOf(unsigned int code)
     {
-        if constexpr (Code < std::variant_size_v<Content>) {
+        if constexpr (Code < std::variant_size_v<Content> - 1) {
             if (code == Code)
                 return std::make_shared<const Value>(Value{Content(std::in_place_index<Code>)});
             return emptyOf<Code + 1>(code);
         } else {
-            return nullptr;
+            return of(OtherKind{code});
         }
+    }
+
+    unsigned int code() const noexcept
+    {
+        const OtherKind *other = std::get_if<OtherKind>(&content);
+        return other ? other->code : static_cast<unsigned int>(content.index());
     }
 
     Content content;
@@ -94,13 +105,14 @@ KxVariant::KxVariant(const std::list<KxVariant> &list)
 KxVariant KxVariant::fromTypeCode(unsigned int code)
 {
     KxVariant variant;
-    variant.m_value = Value::emptyOf(code);
+    if (code != 0)
+        variant.m_value = Value::emptyOf(code);
     return variant;
 }
 
 unsigned int KxVariant::type() const noexcept
 {
-    return m_value ? static_cast<unsigned int>(m_value->content.index()) : 0;
+    return m_value ? m_value->code() : 0;
 }
 
 template <typename T>
