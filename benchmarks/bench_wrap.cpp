@@ -1,5 +1,7 @@
 // `docpage wrap` of many pictures against `cp` of the same files, by turns in one run, and its peak
 // memory with few and with many pictures. The exit status is 1 when a bound is missed.
+#include "CommandRun.h"
+
 #include <QBuffer>
 #include <QDir>
 #include <QImage>
@@ -9,16 +11,9 @@
 #include <benchmark/benchmark.h>
 
 #include <algorithm>
-#include <chrono>
 #include <cmath>
-#include <cstdlib>
 #include <string>
 #include <vector>
-
-#include <fcntl.h>
-#include <sys/resource.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
 namespace {
 
@@ -26,14 +21,6 @@ constexpr double kMaxRatio = 2.5;      // of the time that cp takes
 constexpr double kMaxGrowthKiB = 1024; // of the peak memory, whatever the number of pictures
 
 bool isBoundMissed = false;
-
-void require(bool condition, const char *what)
-{
-    if (condition)
-        return;
-    std::fprintf(stderr, "bench_wrap: %s\n", what);
-    std::exit(EXIT_FAILURE);
-}
 
 // A picture of noise, which takes about `bytes` bytes as a file.
 QByteArray noise(const char *format, int bytes)
@@ -90,33 +77,6 @@ private:
     std::vector<std::string> paths;
 };
 
-struct Usage
-{
-    double seconds;
-    double peakKiB;
-};
-
-Usage run(std::vector<std::string> command)
-{
-    std::vector<char *> argv;
-    for (std::string &argument : command)
-        argv.push_back(argument.data());
-    argv.push_back(nullptr);
-
-    const auto begin = std::chrono::steady_clock::now();
-    const pid_t child = ::fork();
-    if (child == 0) {
-        ::dup2(::open("/dev/null", O_WRONLY), STDOUT_FILENO);
-        ::execvp(argv.front(), argv.data());
-        ::_exit(EXIT_FAILURE);
-    }
-    int status = -1;
-    rusage used = {};
-    require(::wait4(child, &status, 0, &used) == child && status == 0, "a command failed");
-    const std::chrono::duration<double> duration = std::chrono::steady_clock::now() - begin;
-    return {duration.count(), static_cast<double>(used.ru_maxrss)};
-}
-
 Usage runCopy(const Pictures &pictures)
 {
     return run(pictures.after({"cp", "-t", pictures.results()}));
@@ -125,13 +85,6 @@ Usage runCopy(const Pictures &pictures)
 Usage runWrap(const Pictures &pictures)
 {
     return run(pictures.after({DOCPAGE_PROGRAM, "wrap", "-o", pictures.results()}));
-}
-
-double median(std::vector<double> values)
-{
-    const auto middle = values.begin() + static_cast<std::ptrdiff_t>(values.size() / 2);
-    std::nth_element(values.begin(), middle, values.end());
-    return *middle;
 }
 
 void Wrap_AgainstCopy(benchmark::State &state)

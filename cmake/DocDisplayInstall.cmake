@@ -8,8 +8,10 @@ set_target_properties(docdisplay PROPERTIES
   LINK_DEPENDS "${PROJECT_SOURCE_DIR}/cmake/docdisplay.map")
 if(DOCDISPLAY_KXBASE STREQUAL "system")
   # The in-house libraries may lie where the loader does not look.
-  set_property(TARGET docdisplay APPEND PROPERTY
-    INSTALL_RPATH "$<TARGET_FILE_DIR:KxBase::kxbase>")
+  foreach(library KxBase::kxbase KxCommon::kxcommon)
+    set_property(TARGET docdisplay APPEND PROPERTY
+      INSTALL_RPATH "$<TARGET_FILE_DIR:${library}>")
+  endforeach()
 endif()
 target_link_options(docdisplay PRIVATE
   "LINKER:--version-script=${PROJECT_SOURCE_DIR}/cmake/docdisplay.map")
@@ -50,7 +52,7 @@ set(pc_kx_cflags "")
 if(DOCDISPLAY_KXBASE STREQUAL "bundled")
   set(pc_kx_requires ", kxbase")
 else()
-  set(pc_kx_libs " $<TARGET_FILE:KxBase::kxbase>")
+  set(pc_kx_libs " $<TARGET_FILE:KxBase::kxbase> $<TARGET_FILE:KxCommon::kxcommon>")
   set(pc_kx_cflags " -I$<JOIN:$<TARGET_PROPERTY:KxBase::kxbase,INTERFACE_INCLUDE_DIRECTORIES>, -I>")
 endif()
 configure_file("${PROJECT_SOURCE_DIR}/cmake/docdisplay.pc.in" "${config_dir}/docdisplay.pc.in" @ONLY)

@@ -72,7 +72,9 @@ function(docdisplay_add_library name kind)
     "$<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}>"
     "$<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}/DocDisplay>")
   target_link_libraries(${name} PUBLIC Qt5::Core Qt5::Gui KxBase::kxbase)
-  if(kind STREQUAL "SHARED")
-    target_link_libraries(${name} PRIVATE Threads::Threads) # names its threads
+  if(kind STREQUAL "SHARED") # whose users need not know these; its threads have names
+    target_link_libraries(${name} PRIVATE KxCommon::kxcommon Threads::Threads)
+  else()
+    target_link_libraries(${name} PUBLIC KxCommon::kxcommon)
   endif()
 endfunction()

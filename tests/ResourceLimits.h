@@ -3,6 +3,7 @@
 #include <QFile>
 
 #include <sys/resource.h>
+#include <unistd.h>
 
 /// Whether a sanitizer is built in that allocates itself and reserves address space of its own.
 #if defined(__has_feature)
@@ -44,5 +45,5 @@ inline rlim_t addressSpaceFor(rlim_t bytes)
     if (kSanitized || !statm.open(QIODevice::ReadOnly))
         return RLIM_INFINITY;
     const auto pages = statm.readAll().split(' ').constFirst().toULongLong();
-    return static_cast<rlim_t>(pages) * 4096 + bytes;
+    return static_cast<rlim_t>(pages) * static_cast<rlim_t>(::sysconf(_SC_PAGESIZE)) + bytes;
 }

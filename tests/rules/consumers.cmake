@@ -43,3 +43,5 @@ docdisplay_consumer_test(install_pkg_config REQUIRES stage
 docdisplay_consumer_test(subproject)
 docdisplay_consumer_test(system_kxbase REQUIRES stage
                          DEFINITIONS "PKG_CONFIG=${PKG_CONFIG_PROGRAM}")
+docdisplay_consumer_test(system_kxbase_packages REQUIRES stage
+                         DEFINITIONS "PKG_CONFIG=${PKG_CONFIG_PROGRAM}")
