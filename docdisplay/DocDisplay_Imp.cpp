@@ -1,18 +1,24 @@
 #include "docdisplay/DocDisplay_Imp.h"
 
 #include "emfdeal/EmfDeal.h"
+#include "pptanim/PPTAnimDisplayBase.h"
 
 #include <QFile>
+#include <QPointer>
 
 namespace {
 
 constexpr quint32 kEnd = 0xFFFFFFFF; // of a page's steps, or of a step's duration
+constexpr int kFramesPerSecond = 25;
 
 } // namespace
 
 DocDisplay_Imp::DocDisplay_Imp()
+    : animDisplayer(CreatePPTAnimDisplayer())
 {
     qRegisterMetaType<DocCovRslt::DOCRSLT_TYPE>("DocCovRslt::DOCRSLT_TYPE");
+    connect(animDisplayer.get(), SIGNAL(s_AnimUpdate()), this, SIGNAL(s_PptAnimUpdate()));
+    connect(animDisplayer.get(), SIGNAL(s_AnimFnished()), this, SIGNAL(s_PptAnimFnished()));
 }
 
 DocDisplay_Imp::~DocDisplay_Imp() = default;
@@ -27,6 +33,8 @@ void DocDisplay_Imp::Init(DocCovRslt::DOCRSLT_TYPE type, int pageCount)
     pageFileNames.resize(static_cast<size_t>(qMax(pageCount, 0))); // may throw: before any change
     docType = type;
     animStatus = {0, 0, 0};
+    animDisplayer->Clear();
+    ClearPicCach();
 }
 
 bool DocDisplay_Imp::AddDocPage(unsigned int page, const QString &file)
@@ -68,6 +76,36 @@ bool DocDisplay_Imp::SetAnimStatus(const AnimStatus &status)
     if (status.page >= GetPageCount())
         return false;
     animStatus = status;
+    if (!IsDocHaveAnimation())
+        return true;
+    if (!isLive(animStatus.page) && !loadCurPage())
+        return true; // the host learns of it from the image alone
+    animDisplayer->SetAnimStep(animStatus.step);
+    animDisplayer->SetAnimPassedDuration(animStatus.passedDuration);
+
+    // A receiver may destroy the manager, or give it another position or document, which need not
+    // have left a slide to play.
+    const QPointer<DocDisplay_Imp> self(this);
+    Q_EMIT s_PptAnimUpdate();
+    if (self && animStatus.passedDuration != 0 && isLive(animStatus.page))
+        animDisplayer->StartRun();
+    return true;
+}
+
+// Whether the page is the one that the player holds.
+bool DocDisplay_Imp::isLive(quint32 page) const
+{
+    return static_cast<quint32>(animDisplayer->GetPageID()) == page;
+}
+
+bool DocDisplay_Imp::loadCurPage()
+{
+    animDisplayer->Clear();
+    QByteArray data;
+    if (!GetPPTAnimPageDat(animStatus.page, data) ||
+        !animDisplayer->Init(static_cast<int>(animStatus.page), data, kFramesPerSecond))
+        return false;
+    animDisplayer->SetCachPic(true);
     return true;
 }
 
@@ -83,20 +121,39 @@ int DocDisplay_Imp::GetActionState()
         state |= ACTION_FIRST_PAGE;
     if (animStatus.page + 1 >= GetPageCount())
         state |= ACTION_LAST_PAGE;
+    if (IsDocHaveAnimation() && animDisplayer->IsAtHome())
+        state |= ACTION_AT_HOME;
+    if (IsDocHaveAnimation() && animDisplayer->IsAtEnd())
+        state |= ACTION_AT_END;
     return state;
 }
 
 bool DocDisplay_Imp::NextAction()
 {
+    if (IsDocHaveAnimation() && animDisplayer->nextStep()) {
+        animDisplayer->StartRun();
+        takePlayerPosition();
+        return true;
+    }
     return SetAnimStatus({animStatus.page + 1, 0, 1});
 }
 
 bool DocDisplay_Imp::PrevAction()
 {
+    if (IsDocHaveAnimation() && animDisplayer->prevStep()) {
+        takePlayerPosition();
+        return true;
+    }
     // Before page 0 the subtraction wraps to a page that does not exist.
     const quint32 page = animStatus.page - 1;
     return SetAnimStatus(IsDocHaveAnimation() ? AnimStatus{page, kEnd, kEnd}
                                               : AnimStatus{page, 0, 1});
+}
+
+void DocDisplay_Imp::takePlayerPosition()
+{
+    animStatus.step = animDisplayer->GetAnimStep();
+    animStatus.passedDuration = animDisplayer->GetAnimPassedDuration();
 }
 
 QImage DocDisplay_Imp::GetImg()
@@ -113,11 +170,15 @@ QImage DocDisplay_Imp::GetImg(const AnimStatus &status)
     const int fmt = EmfDeal::decodeEmf(file, data);
     data.clear(); // not kept beside the payload that the picture is made of
     if (fmt == DocCovRslt::PAGE_FORMAT_PPT_ANIM)
-        return {};
+        return GetPPTAnimPageImage(IsDocHaveAnimation() ? status
+                                                        : AnimStatus{status.page, kEnd, kEnd});
     return GetNoPPTAnimPageImage(status.page);
 }
 
-void DocDisplay_Imp::ClearPicCach() {}
+void DocDisplay_Imp::ClearPicCach()
+{
+    animDisplayer->ClearPicCachs();
+}
 
 bool DocDisplay_Imp::GetPageFileName(unsigned int page, QString &name)
 {
@@ -137,4 +198,28 @@ QImage DocDisplay_Imp::GetNoPPTAnimPageImage(unsigned int page)
     if (fmt == DocCovRslt::PAGE_FORMAT_JPG || fmt == DocCovRslt::PAGE_FORMAT_PNG)
         image.loadFromData(data); // the content decides how it is decoded, not the format code
     return image;
+}
+
+bool DocDisplay_Imp::GetPPTAnimPageDat(unsigned int page, QByteArray &data)
+{
+    // Of the current page, whichever is asked for: a document that is gone shows no slide at all.
+    if (!IsPageCanDisplay(animStatus.page))
+        return false;
+    return EmfDeal::decodeEmf(pageFileNames[page], data) == DocCovRslt::PAGE_FORMAT_PPT_ANIM;
+}
+
+QImage DocDisplay_Imp::GetPPTAnimPageImage(const AnimStatus &status)
+{
+    if (isLive(status.page))
+        return animDisplayer->GetImg();
+    QByteArray data;
+    if (!GetPPTAnimPageDat(status.page, data))
+        return {};
+    const std::unique_ptr<PPTAnimDisplayBase> player(CreatePPTAnimDisplayer());
+    if (!player || !player->Init(static_cast<int>(status.page), data, kFramesPerSecond))
+        return {};
+    player->SetCachPic(true);
+    player->SetAnimStep(status.step);
+    player->SetAnimPassedDuration(status.passedDuration);
+    return player->GetImg();
 }

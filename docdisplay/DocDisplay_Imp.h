@@ -2,10 +2,14 @@
 
 #include "docdisplay/DocDisplayMgr.h"
 
+#include <memory>
 #include <vector>
 
-/// The display manager: a table of page result files and a position in it. Nothing is cached; every
-/// image reads its page file again.
+class PPTAnimDisplayBase;
+
+/// The display manager: a table of page result files, a position in it, and a player for the slide
+/// at that position of an animated deck. Page files are not cached; every image reads its file
+/// again. What is kept is the model of the player's slide with its decoded pictures.
 class DocDisplay_Imp : public DocDisplayMgr
 {
 public:
@@ -35,8 +39,23 @@ public:
     /// The picture of a page; null when its file is missing, refused, not a picture or broken.
     QImage GetNoPPTAnimPageImage(unsigned int page);
 
-private:
+    /// Reads the payload of a page of the table.
+    /// \return whether it is slide animation data; false also, with `data` untouched, while the
+    ///         file of the current page is missing.
+    bool GetPPTAnimPageDat(unsigned int page, QByteArray &data);
+
+    /// The frame of a slide: the live player's present one when it plays that slide, otherwise that
+    /// of `status` by a player of its own; null when the slide cannot be shown.
+    QImage GetPPTAnimPageImage(const AnimStatus &status);
+
+protected:
     DocCovRslt::DOCRSLT_TYPE docType = DocCovRslt::DOCRSLT_NONE;
     std::vector<QString> pageFileNames; // one per slot; an empty string is an unfilled slot
     AnimStatus animStatus = {0, 0, 0};  // its page has a slot, but for page 0 without any slots
+    const std::unique_ptr<PPTAnimDisplayBase> animDisplayer; // never replaced; one page at most
+
+private:
+    bool isLive(quint32 page) const;
+    bool loadCurPage();
+    void takePlayerPosition();
 };
