@@ -2,6 +2,16 @@
 docdisplay_test(tst_naturalorder LABELS tools LIBRARIES docpage_parts)
 docdisplay_test(tst_picturecheck LABELS tools LIBRARIES docpage_parts)
 docdisplay_test(tst_docpage_frames LABELS tools LIBRARIES docpage_parts)
+docdisplay_test(tst_pageview LABELS tools SOURCES OffscreenScreen.cpp LIBRARIES docviewer_parts)
+docdisplay_test(tst_docviewer LABELS tools SOURCES OffscreenScreen.cpp LIBRARIES docviewer_parts)
+docdisplay_test(tst_docviewer_output LABELS tools SOURCES OffscreenScreen.cpp LIBRARIES docviewer_parts)
+add_dependencies(tst_docviewer_output docviewer)
+target_compile_definitions(tst_docviewer_output PRIVATE
+  DOCVIEWER_PROGRAM="$<TARGET_FILE:docviewer>"
+  DOCVIEWER_VERSION="${DocDisplay_VERSION}"
+  DOCVIEWER_MAN_PAGE="${PROJECT_SOURCE_DIR}/docs/man/docviewer.1")
+docdisplay_test(tst_thumbnaillist LABELS tools SOURCES OffscreenScreen.cpp LIBRARIES docviewer_parts)
+docdisplay_test(tst_timeline LABELS tools SOURCES OffscreenScreen.cpp LIBRARIES docviewer_parts)
 
 foreach(test IN ITEMS tst_docpage tst_docpage_output tst_docpage_wrap tst_docpage_info
                       tst_docpage_deck tst_docpage_model tst_docpage_play)
@@ -15,6 +25,13 @@ foreach(test IN ITEMS tst_docpage tst_docpage_output tst_docpage_wrap tst_docpag
     DOCPAGE_DECK_SCHEMA="${PROJECT_SOURCE_DIR}/docs/deck.schema.json"
     DOCPAGE_MODEL_DOCUMENT="${PROJECT_SOURCE_DIR}/docs/animation-model.md")
 endforeach()
+
+docdisplay_test(tst_displaydeck_sample LABELS docdisplay SOURCES DocpageRun.cpp
+                LIBRARIES docpage_parts)
+add_dependencies(tst_displaydeck_sample docpage)
+target_compile_definitions(tst_displaydeck_sample PRIVATE
+  DOCPAGE_PROGRAM="$<TARGET_FILE:docpage>"
+  SAMPLE_DECK="${PROJECT_SOURCE_DIR}/samples/deck/deck.json")
 
 find_program(DOCDISPLAY_PYTHON python3 HINTS /usr/bin) # the one that Debian's packages are for
 if(NOT DOCDISPLAY_PYTHON)
@@ -30,7 +47,9 @@ find_program(DOCDISPLAY_GROFF groff)
 if(NOT DOCDISPLAY_GROFF)
   message(FATAL_ERROR "The tests need groff (Debian: groff-base)")
 endif()
-add_test(NAME man_docpage
-  COMMAND ${DOCDISPLAY_GROFF} -man -Tutf8 -ww -z "${PROJECT_SOURCE_DIR}/docs/man/docpage.1")
-docdisplay_test_properties(man_docpage LABELS tools)
-set_tests_properties(man_docpage PROPERTIES FAIL_REGULAR_EXPRESSION ".")
+foreach(program IN ITEMS docpage docviewer)
+  add_test(NAME man_${program}
+    COMMAND ${DOCDISPLAY_GROFF} -man -Tutf8 -ww -z "${PROJECT_SOURCE_DIR}/docs/man/${program}.1")
+  docdisplay_test_properties(man_${program} LABELS tools)
+  set_tests_properties(man_${program} PROPERTIES FAIL_REGULAR_EXPRESSION ".")
+endforeach()

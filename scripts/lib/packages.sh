@@ -35,3 +35,5 @@ font_packages=(fonts-dejavu-core)
 # What the tests, the benchmarks and their helpers need beyond that.
 test_packages=(binutils groff-base libbenchmark-dev pkg-config python3-jsonschema
     "${font_packages[@]}")
+# A display for the demo where there is none.
+display_packages=(xauth xvfb)

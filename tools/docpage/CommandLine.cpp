@@ -64,9 +64,9 @@ std::optional<int> CommandLine::parse(const QStringList &arguments)
     }
     if (!isUnderstood)
         return wrongUsage(m_parser.errorText());
-    if (!m_input.isEmpty() && inputs().isEmpty())
+    if (!m_input.isEmpty() && m_count != Count::NoneOrOne && inputs().isEmpty())
         return wrongUsage(QStringLiteral("No %1 given.").arg(m_input));
-    if (m_count == Count::One && inputs().size() > 1)
+    if (m_count != Count::OneOrMore && inputs().size() > 1)
         return wrongUsage(QStringLiteral("More than one %1 given.").arg(m_input));
     const bool isOutputNeeded =
         !m_output.isEmpty() && (m_outputNeed == Need::Required || isSet("output"));

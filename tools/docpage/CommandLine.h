@@ -15,8 +15,8 @@ public:
     /// \param description lines of at most 79 characters
     CommandLine(const char *name, const char *synopsis, const char *description);
 
-    /// What has to be given besides options, once or any number of times.
-    enum class Count { One, OneOrMore };
+    /// What has to be given besides options, once or any number of times; or what may be.
+    enum class Count { One, OneOrMore, NoneOrOne };
     void addInput(const char *name, Count count, const char *description);
 
     /// The pages of a document, any number of times.

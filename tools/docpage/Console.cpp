@@ -6,6 +6,7 @@
 namespace {
 
 int printErrno = 0; // of the first failure
+const char *programName = "docpage";
 
 } // namespace
 
@@ -24,9 +25,14 @@ QString printFault()
     return printErrno == 0 ? QString() : qt_error_string(printErrno);
 }
 
+void setProgramName(const char *name)
+{
+    programName = name;
+}
+
 void printError(const QString &message)
 {
-    std::fprintf(stderr, "docpage: %s\n", escaped(message).toUtf8().constData());
+    std::fprintf(stderr, "%s: %s\n", programName, escaped(message).toUtf8().constData());
 }
 
 int reportFault(const QString &file, const QString &fault)

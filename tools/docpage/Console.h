@@ -15,6 +15,9 @@ void print(const QString &text);
 /// Why standard output did not take all that was printed; empty when it did.
 QString printFault();
 
+/// The program that messages come from: "docpage" unless set. Not copied.
+void setProgramName(const char *name);
+
 /// Writes the line "docpage: message" to standard error.
 void printError(const QString &message);
 

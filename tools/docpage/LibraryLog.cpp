@@ -2,6 +2,7 @@
 
 #include <KxBase/KxLog.h>
 
+#include <mutex>
 #include <utility>
 
 #include <fcntl.h>
@@ -13,6 +14,10 @@ constexpr int kMaxMessages = 65536; // characters
 
 QString firstLine; // since it was taken
 QString messages;  // since they were taken
+
+std::mutex silenceMutex; // guards what follows
+int silences = 0;        // that live
+int standardError = -1;  // a copy of the descriptor, while there are any
 
 } // namespace
 
@@ -41,8 +46,11 @@ QString LibraryLog::takeMessages()
 }
 
 LibraryLog::DecoderSilence::DecoderSilence()
-    : m_standardError(::fcntl(STDERR_FILENO, F_DUPFD_CLOEXEC, STDERR_FILENO + 1))
 {
+    const std::lock_guard<std::mutex> lock(silenceMutex);
+    if (silences++ > 0)
+        return;
+    standardError = ::fcntl(STDERR_FILENO, F_DUPFD_CLOEXEC, STDERR_FILENO + 1);
     const int nowhere = ::open("/dev/null", O_WRONLY | O_CLOEXEC);
     ::dup2(nowhere, STDERR_FILENO);
     ::close(nowhere);
@@ -50,6 +58,9 @@ LibraryLog::DecoderSilence::DecoderSilence()
 
 LibraryLog::DecoderSilence::~DecoderSilence()
 {
-    ::dup2(m_standardError, STDERR_FILENO);
-    ::close(m_standardError);
+    const std::lock_guard<std::mutex> lock(silenceMutex);
+    if (--silences > 0)
+        return;
+    ::dup2(standardError, STDERR_FILENO);
+    ::close(standardError);
 }

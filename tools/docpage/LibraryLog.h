@@ -16,16 +16,14 @@ QString takeFirstLine();
 /// What Qt and its decoders have reported since the last call; of a flood, the beginning.
 QString takeMessages();
 
-/// Silences standard error while it lives: some decoders write to it themselves.
+/// Silences standard error of the process while one of them lives, on whatever threads: some
+/// decoders write to it themselves.
 class DecoderSilence
 {
 public:
     DecoderSilence();
     ~DecoderSilence();
     Q_DISABLE_COPY_MOVE(DecoderSilence)
-
-private:
-    const int m_standardError; // a copy of the descriptor, ours
 };
 
 } // namespace LibraryLog

@@ -1,9 +1,9 @@
 #include "tools/docpage/SlidePlayer.h"
 
+#include "tools/docpage/DisplayManager.h"
 #include "tools/docpage/LibraryLog.h"
 #include "tools/docpage/PictureFault.h"
 #include "tools/docpage/PictureSize.h"
-#include "tools/docpage/deck/SlideModel.h"
 
 #include <QStringList>
 #include <QVector>
@@ -59,11 +59,8 @@ QString sizeFault(const QVector<Picture> &pictures)
 }
 
 // The player leaves out a picture that it cannot decode, and shows a part of an incomplete one.
-QString picturesFault(const QVector<Picture> &pictures)
+QString contentFault(const QVector<Picture> &pictures)
 {
-    const QString tooLarge = sizeFault(pictures);
-    if (!tooLarge.isEmpty())
-        return tooLarge;
     for (const Picture &picture : pictures) {
         const QString fault = pictureFault(picture.bytes);
         if (!fault.isEmpty())
@@ -72,11 +69,11 @@ QString picturesFault(const QVector<Picture> &pictures)
     return {};
 }
 
-} // namespace
-
-QString slideFault(const QByteArray &payload, unsigned int page)
+// Reads a slide into `model`, and its pictures into `pictures`. Returns why it cannot be shown at
+// all.
+QString readSlide(const QByteArray &payload, unsigned int page, SlideModel &model,
+                  QVector<Picture> &pictures)
 {
-    SlideModel model;
     const QString fault = model.read(payload);
     if (!fault.isEmpty())
         return fault;
@@ -88,7 +85,24 @@ QString slideFault(const QByteArray &payload, unsigned int page)
             .arg(pageNumbers(model.data));
     if (slide->pageImage.isEmpty())
         return QStringLiteral("page %1 has no background").arg(page);
-    return picturesFault(picturesOf(*slide));
+    pictures = picturesOf(*slide);
+    return sizeFault(pictures);
+}
+
+} // namespace
+
+QString slideSizeFault(const QByteArray &payload, unsigned int page, SlideModel &model)
+{
+    QVector<Picture> pictures;
+    return readSlide(payload, page, model, pictures);
+}
+
+QString slideFault(const QByteArray &payload, unsigned int page)
+{
+    SlideModel model;
+    QVector<Picture> pictures;
+    const QString fault = readSlide(payload, page, model, pictures);
+    return fault.isEmpty() ? contentFault(pictures) : fault;
 }
 
 SlidePlayer::SlidePlayer(const QByteArray &payload, unsigned int page, int fps)
@@ -114,6 +128,6 @@ QImage SlidePlayer::frame()
     const LibraryLog::DecoderSilence silence;
     QImage image = m_player->GetImg();
     if (image.isNull() && m_fault.isEmpty())
-        m_fault = QStringLiteral("the background cannot be decoded");
+        m_fault = undecodedFault(true);
     return image;
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "pptanim/PPTAnimDisplayBase.h"
+#include "tools/docpage/deck/SlideModel.h"
 
 #include <QString>
 
@@ -9,8 +10,14 @@
 /// Frames a second, unless others are asked for.
 constexpr int kFramesPerSecond = 25;
 
-/// What is wrong with a slide, as far as the player would not say; empty when it may be shown.
+/// Why a slide cannot be shown at all: it is not there, has no background, or announces pictures
+/// that take too much memory. Empty when it may be shown. Decodes nothing.
 /// \param payload of a page result file of format 3
+/// \param model is filled with it; must be fresh
+QString slideSizeFault(const QByteArray &payload, unsigned int page, SlideModel &model);
+
+/// That, or what the player would not say: that one of the slide's pictures is left out or shown in
+/// part. Decodes all of them.
 QString slideFault(const QByteArray &payload, unsigned int page);
 
 /// A slide of an animated deck in a player of the library.

@@ -4,6 +4,7 @@
 #include "tools/docpage/OutputFile.h"
 #include "tools/docpage/PageImage.h"
 #include "tools/docpage/PngEncoder.h"
+#include "tools/docpage/PositionOptions.h"
 
 namespace {
 
@@ -42,11 +43,7 @@ int runRender(const QStringList &arguments)
         return line.wrongUsage(
             QStringLiteral("The output '%1' does not end in .png.").arg(line.output()));
     DocDisplayMgr::AnimStatus position{0, 0, 0};
-    QString fault = line.readNumber("page", "page number", position.page);
-    if (fault.isEmpty())
-        fault = line.readNumber("step", "step number", position.step);
-    if (fault.isEmpty())
-        fault = line.readNumber("ms", "number of milliseconds", position.passedDuration);
+    QString fault = readPosition(line, position);
     if (!fault.isEmpty())
         return line.wrongUsage(fault);
 
