@@ -25,7 +25,14 @@ enum PAGE_FORMAT_DEF : int {
     PAGE_FORMAT_NONE = 5      ///< no format: the result of every failed read
 };
 
+/// Why an encoding job ended early.
+enum COVER_ERR_DEF : int {
+    COVER_ERR_CANCELLED = 1,  ///< it was told to
+    COVER_ERR_FILE_FAILED = 9 ///< a file could not be read, converted or written
+};
+
 } // namespace DocCovRslt
 
 Q_DECLARE_METATYPE(DocCovRslt::DOCRSLT_TYPE)
 Q_DECLARE_METATYPE(DocCovRslt::PAGE_FORMAT_DEF)
+Q_DECLARE_METATYPE(DocCovRslt::COVER_ERR_DEF)

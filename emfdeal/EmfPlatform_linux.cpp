@@ -6,3 +6,9 @@ bool EmfDeal::checkEmfFile(const QByteArray & /*data*/)
 {
     return false;
 }
+
+bool EmfDeal::CovEmf2Pic(const QByteArray & /*emf*/, QByteArray & /*out*/,
+                         const QString & /*format*/, int /*quality*/, int /*resolution*/)
+{
+    return false;
+}

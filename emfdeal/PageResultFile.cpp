@@ -58,7 +58,8 @@ QByteArray DocDisplayAddHeader(const QByteArray &data)
 bool EmfDeal::WriteEmfDealRsltFile(const QString &path, EmfDeal::PageCovrRslt &rslt)
 {
     QFile file(path);
-    if (!file.open(QIODevice::WriteOnly | QIODevice::Truncate)) {
+    // Unbuffered: what fails when a buffer is flushed on closing would go unnoticed.
+    if (!file.open(QIODevice::WriteOnly | QIODevice::Truncate | QIODevice::Unbuffered)) {
         KxBase::KxSDKCommonLog(Kxlogger::LOG_LEVEL_ERROR, kModule,
                                "CreateEmfDealRsltFile! (err:%d, file:%s)", file.error(),
                                path.toUtf8().constData());
