@@ -14,7 +14,7 @@ docdisplay_test(tst_thumbnaillist LABELS tools SOURCES OffscreenScreen.cpp LIBRA
 docdisplay_test(tst_timeline LABELS tools SOURCES OffscreenScreen.cpp LIBRARIES docviewer_parts)
 
 foreach(test IN ITEMS tst_docpage tst_docpage_output tst_docpage_wrap tst_docpage_info
-                      tst_docpage_deck tst_docpage_model tst_docpage_play)
+                      tst_docpage_encode tst_docpage_deck tst_docpage_model tst_docpage_play)
   docdisplay_test(${test} LABELS tools SOURCES DocpageRun.cpp DocpageTest.h
                   LIBRARIES docpage_parts)
   add_dependencies(${test} docpage)

@@ -8,6 +8,9 @@
 /// Makes page result files from pictures.
 int runWrap(const QStringList &arguments);
 
+/// Makes page result files from pictures on the encoder's thread: all of them or none.
+int runEncode(const QStringList &arguments);
+
 /// Tells what page result files hold.
 int runInfo(const QStringList &arguments);
 

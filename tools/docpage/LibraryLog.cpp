@@ -24,8 +24,8 @@ int standardError = -1;  // a copy of the descriptor, while there are any
 void LibraryLog::divert()
 {
     KxBase::KxSetLogSink(
-        [](void *, Kxlogger::E_LOG_LEVEL_DEF, const char *, const char *message) {
-            if (firstLine.isEmpty())
+        [](void *, Kxlogger::E_LOG_LEVEL_DEF level, const char *, const char *message) {
+            if (level == Kxlogger::LOG_LEVEL_ERROR && firstLine.isEmpty())
                 firstLine = QString::fromUtf8(message);
         },
         nullptr);

@@ -9,8 +9,8 @@ namespace LibraryLog {
 /// Keeps what the library and Qt log off standard error from now on.
 void divert();
 
-/// The library's first line since the last call, for a fault that nothing else explains: the cause
-/// is logged first, then what comes of it.
+/// The library's first line about an error since the last call, for a fault that nothing else
+/// explains: the cause is logged first, then what comes of it. Not while another thread logs.
 QString takeFirstLine();
 
 /// What Qt and its decoders have reported since the last call; of a flood, the beginning.

@@ -1,12 +1,13 @@
 #include "tools/docpage/OutputFile.h"
 
+#include "tools/docpage/EndHeld.h"
+
 #include <QDir>
 #include <QFileInfo>
 #include <QTemporaryFile>
 
 #include <algorithm>
 #include <cerrno>
-#include <csignal>
 #include <cstdio>
 #include <filesystem>
 #include <system_error>
@@ -42,41 +43,6 @@ void setDefaultPermissions(QFile &file)
     ::umask(mask);
     ::fchmod(file.handle(), 0666 & ~mask);
 }
-
-// While it lives, what ends the program waits, so that no temporary file stays behind. What is
-// ignored is not held: it would wait all the same, and be taken for an end.
-class EndHeld
-{
-public:
-    EndHeld()
-    {
-        sigemptyset(&m_held);
-        for (const int signal : kEnding) {
-            struct sigaction action = {};
-            if (::sigaction(signal, nullptr, &action) == 0 && action.sa_handler != SIG_IGN)
-                sigaddset(&m_held, signal);
-        }
-        ::pthread_sigmask(SIG_BLOCK, &m_held, &m_before);
-    }
-    ~EndHeld() { ::pthread_sigmask(SIG_SETMASK, &m_before, nullptr); }
-    Q_DISABLE_COPY_MOVE(EndHeld)
-
-    bool isWaiting() const
-    {
-        sigset_t pending;
-        ::sigpending(&pending);
-        return std::any_of(std::begin(kEnding), std::end(kEnding), [&](int signal) {
-            return sigismember(&pending, signal) == 1 && sigismember(&m_held, signal) == 1 &&
-                   sigismember(&m_before, signal) == 0;
-        });
-    }
-
-private:
-    static constexpr int kEnding[] = {SIGHUP, SIGINT, SIGQUIT, SIGTERM};
-
-    sigset_t m_held;
-    sigset_t m_before;
-};
 
 constexpr size_t kBlockSize = 1 << 20; // the end of the program waits for one write of so much
 
@@ -159,7 +125,7 @@ QString saveFile(const QString &path, const OutputRules &rules,
         return refusal;
 
     // Not QSaveFile, which syncs each file to the disk: that takes longer than all the rest.
-    const EndHeld end; // lives longer than the file
+    const EndHeld end; // lives longer than the file, which would stay behind
     QTemporaryFile file(temporaryName(QFileInfo(path).dir()));
     if (!file.open())
         return file.errorString();

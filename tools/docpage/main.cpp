@@ -26,6 +26,7 @@ struct Command
 
 constexpr Command kCommands[] = {
     {"wrap", "Makes page result files from JPG and PNG pictures.", runWrap},
+    {"encode", "Makes the same files on the encoder's thread, all of them or none.", runEncode},
     {"info", "Tells what page result files hold.", runInfo},
     {"unwrap", "Takes the payload out of a page result file.", runUnwrap},
     {"build", "Makes page result files from the description of an animated deck.", runBuild},
@@ -115,7 +116,8 @@ std::unique_ptr<QCoreApplication> makeApplication(char *program, bool drawsText)
 int main(int argc, char *argv[])
 {
     occupyStandardStreams();
-    std::signal(SIGXFSZ, SIG_IGN); // a write fails instead, and is told
+    for (const int signal : {SIGXFSZ, SIGPIPE})
+        std::signal(signal, SIG_IGN); // a write fails instead, and is told
     const std::optional<QStringList> arguments = argumentsOf(argc, argv);
     if (!arguments)
         return ExitStatus::Failed;
