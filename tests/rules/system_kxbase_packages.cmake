@@ -7,8 +7,10 @@ copy_kx("${WORK}/base")
 copy_kx("${WORK}/common")
 file(GLOB_RECURSE others "${WORK}/base/*[kK]x[cC]ommon*" "${WORK}/common/*[kK]x[bB]ase*")
 file(REMOVE ${others})
-# The library finds KxCommon by itself; KxBase is its hosts' as well.
-check_build_and_hosts("${WORK}/base\;${WORK}/common" "${WORK}/base/${LIBDIR}")
+# The library finds both by itself, and so do its CMake hosts. What pkg-config names may become a
+# host's own need, as the linker likes, and is looked for where the loader is told.
+check_build_and_hosts("${WORK}/base\;${WORK}/common"
+                      "${WORK}/base/${LIBDIR}:${WORK}/common/${LIBDIR}")
 foreach(name base common)
   file(STRINGS "${WORK}/build/CMakeCache.txt" used REGEX "^Kx[A-Z][a-z]+_DIR:PATH=${WORK}/${name}/")
   if(NOT used)
