@@ -20,8 +20,8 @@ constexpr qint32 toInt32(double value)
     return value == value ? static_cast<qint32>(value) : 0;
 }
 
-/// The nearest whole pixel of a length or place, halves up; a negative one is cut toward zero after
-/// half a pixel is added, as all pages have been shown.
+/// A length or place in pixels: `pageUnits` and a half, without the fraction of the sum. That is
+/// the nearest pixel, but for negative places, which are cut toward zero: -0.7 and -1.4 are both 0.
 constexpr qint32 toPixels(float pageUnits)
 {
     return toInt32(static_cast<double>(pageUnits) + 0.5);
