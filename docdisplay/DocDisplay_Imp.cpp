@@ -1,7 +1,8 @@
 #include "docdisplay/DocDisplay_Imp.h"
 
+#include "emfdeal/DecodedFormat.h"
 #include "emfdeal/EmfDeal.h"
-#include "pptanim/PPTAnimDisplayBase.h"
+#include "pptanim/PPTAnimDisplay.h"
 
 #include <QFile>
 #include <QPointer>
@@ -10,6 +11,14 @@ namespace {
 
 constexpr quint32 kEnd = 0xFFFFFFFF; // of a page's steps, or of a step's duration
 constexpr int kFramesPerSecond = 25;
+
+// Loads a slide into a player that CreatePPTAnimDisplayer() has made; the payload is gone as soon
+// as it is decoded.
+bool load(PPTAnimDisplayBase &player, quint32 page, QByteArray &&data)
+{
+    return static_cast<PPTAnimDisplay &>(player).InitAndDrop(static_cast<int>(page),
+                                                             std::move(data), kFramesPerSecond);
+}
 
 } // namespace
 
@@ -103,7 +112,7 @@ bool DocDisplay_Imp::loadCurPage()
     animDisplayer->Clear();
     QByteArray data;
     if (!GetPPTAnimPageDat(animStatus.page, data) ||
-        !animDisplayer->Init(static_cast<int>(animStatus.page), data, kFramesPerSecond))
+        !load(*animDisplayer, animStatus.page, std::move(data)))
         return false;
     animDisplayer->SetCachPic(true);
     return true;
@@ -166,10 +175,7 @@ QImage DocDisplay_Imp::GetImg(const AnimStatus &status)
     QString file;
     if (!GetPageFileName(status.page, file) || file.isEmpty())
         return {};
-    QByteArray data; // read for the format alone
-    const int fmt = EmfDeal::decodeEmf(file, data);
-    data.clear(); // not kept beside the payload that the picture is made of
-    if (fmt == DocCovRslt::PAGE_FORMAT_PPT_ANIM)
+    if (decodedFormat(file) == DocCovRslt::PAGE_FORMAT_PPT_ANIM)
         return GetPPTAnimPageImage(IsDocHaveAnimation() ? status
                                                         : AnimStatus{status.page, kEnd, kEnd});
     return GetNoPPTAnimPageImage(status.page);
@@ -216,7 +222,7 @@ QImage DocDisplay_Imp::GetPPTAnimPageImage(const AnimStatus &status)
     if (!GetPPTAnimPageDat(status.page, data))
         return {};
     const std::unique_ptr<PPTAnimDisplayBase> player(CreatePPTAnimDisplayer());
-    if (!player || !player->Init(static_cast<int>(status.page), data, kFramesPerSecond))
+    if (!player || !load(*player, status.page, std::move(data)))
         return {};
     player->SetCachPic(true);
     player->SetAnimStep(status.step);

@@ -1,3 +1,4 @@
+#include "emfdeal/DecodedFormat.h"
 #include "emfdeal/EmfDeal.h"
 #include "emfdeal/PageResultHeader.h"
 
@@ -13,16 +14,20 @@ namespace {
 
 constexpr const char *kModule = "VPrnt";
 
-// The most that one QByteArray can hold, with room for its own head and the closing NUL.
-constexpr qint64 kMaxByteArray = std::numeric_limits<int>::max() - 64;
+// The most of a payload that is read: what one QByteArray can hold, with room for its own head and
+// the closing NUL.
+qint64 payloadLimit(const PageResultHeader &header)
+{
+    constexpr qint64 kMaxByteArray = std::numeric_limits<int>::max() - 64;
+    return qMin<qint64>(static_cast<quint32>(header.datSize), kMaxByteArray);
+}
 
-// Reads up to `count` bytes, growing with what the file has rather than with what is announced.
+// Reads up to `limit` bytes, growing with what the file has rather than with what is announced.
 // When memory runs out it ends like a file that does.
-QByteArray readUpTo(QFile &file, quint32 count)
+QByteArray readUpTo(QFile &file, qint64 limit)
 {
     constexpr qint64 kStep = 65536; // for files that do not tell their size
 
-    const qint64 limit = qMin<qint64>(count, kMaxByteArray);
     QByteArray bytes;
     try {
         while (bytes.size() < limit) {
@@ -34,10 +39,87 @@ QByteArray readUpTo(QFile &file, quint32 count)
             if (got <= 0)
                 break;
         }
+        if (!bytes.isEmpty())
+            bytes.squeeze(); // growing by steps has made room for up to twice as many
     } catch (const std::bad_alloc &) {
         return bytes;
     }
     return bytes;
+}
+
+// Passes over up to `limit` bytes and returns how many there were.
+qint64 skipUpTo(QFile &file, qint64 limit)
+{
+    qint64 skipped = 0;
+    while (skipped < limit) {
+        const qint64 got = file.skip(limit - skipped);
+        if (got <= 0)
+            break;
+        skipped += got;
+    }
+    return skipped;
+}
+
+// Opens a page result file and reads its header; the payload comes next. What is refused is logged.
+bool openPage(QFile &file, PageResultHeader &header)
+{
+    if (!file.open(QIODevice::ReadOnly)) {
+        KxBase::KxSDKCommonLog(Kxlogger::LOG_LEVEL_ERROR, kModule,
+                               "IsEmfDealRsltFile, open fialed! (err:%d, file:%s)", file.error(),
+                               file.fileName().toUtf8().constData());
+        return false;
+    }
+
+    // A failed read (-1) is no short one: it goes on with the zeros and is refused by the magic.
+    std::array<char, PageResultHeader::kSize> head = {};
+    const auto headRead = static_cast<qint32>(file.read(head.data(), head.size()));
+    if (static_cast<quint32>(headRead) < head.size()) {
+        KxBase::KxSDKCommonLog(Kxlogger::LOG_LEVEL_ERROR, kModule,
+                               "IsEmfDealRsltFile, file too small! (file:%s, size:%d)",
+                               file.fileName().toUtf8().constData(), static_cast<int>(file.size()));
+        return false;
+    }
+    header = PageResultHeader::parse(head.data());
+    if (!header.isPageResultFile()) {
+        KxBase::KxSDKCommonLog(Kxlogger::LOG_LEVEL_ERROR, kModule,
+                               "IsEmfDealRsltFile, file format err! (0x%x,0x%x)", header.magic,
+                               static_cast<unsigned int>(header.version));
+        return false;
+    }
+    return true;
+}
+
+// The format of a page with a payload of `size` bytes; none, and a log line, when it falls short.
+int formatOf(const PageResultHeader &header, qint64 size)
+{
+    if (size != header.datSize) {
+        KxBase::KxSDKCommonLog(Kxlogger::LOG_LEVEL_ERROR, kModule,
+                               "getPicDataFromFile readSize:%d != headDatSize:%d",
+                               static_cast<int>(size), header.datSize);
+        return DocCovRslt::PAGE_FORMAT_NONE;
+    }
+    return header.picFormat;
+}
+
+// The gate: `fmt` when such a page can be shown, else none and a log line.
+int shownFormat(const QString &path, int fmt, qint64 size)
+{
+    // The lower bound is compared unsigned: a negative format is handed on for the caller to
+    // refuse.
+    if (fmt > DocCovRslt::PAGE_FORMAT_PNG ||
+        static_cast<quint32>(fmt) < static_cast<quint32>(DocCovRslt::PAGE_FORMAT_JPG)) {
+        KxBase::KxSDKCommonLog(Kxlogger::LOG_LEVEL_ERROR, kModule,
+                               "decodeEmf, picFormat(%d) not support! (file:%s)", fmt,
+                               path.toUtf8().constData());
+        return DocCovRslt::PAGE_FORMAT_NONE;
+    }
+    if (size <= 0) {
+        KxBase::KxSDKCommonLog(Kxlogger::LOG_LEVEL_ERROR, kModule,
+                               "decodeEmf, rsltDat.size <= 0! (file:%s)",
+                               path.toUtf8().constData());
+        return DocCovRslt::PAGE_FORMAT_NONE;
+    }
+    return fmt;
 }
 
 } // namespace
@@ -79,57 +161,25 @@ bool EmfDeal::WriteEmfDealRsltFile(const QString &path, EmfDeal::PageCovrRslt &r
 int EmfDeal::getPicDataFromFile(const QString &path, QByteArray &data)
 {
     QFile file(path);
-    if (!file.open(QIODevice::ReadOnly)) {
-        KxBase::KxSDKCommonLog(Kxlogger::LOG_LEVEL_ERROR, kModule,
-                               "IsEmfDealRsltFile, open fialed! (err:%d, file:%s)", file.error(),
-                               path.toUtf8().constData());
+    PageResultHeader header;
+    if (!openPage(file, header))
         return DocCovRslt::PAGE_FORMAT_NONE;
-    }
-
-    // A failed read (-1) is no short one: it goes on with the zeros and is refused by the magic.
-    std::array<char, PageResultHeader::kSize> head = {};
-    const auto headRead = static_cast<qint32>(file.read(head.data(), head.size()));
-    if (static_cast<quint32>(headRead) < head.size()) {
-        KxBase::KxSDKCommonLog(Kxlogger::LOG_LEVEL_ERROR, kModule,
-                               "IsEmfDealRsltFile, file too small! (file:%s, size:%d)",
-                               path.toUtf8().constData(), static_cast<int>(file.size()));
-        return DocCovRslt::PAGE_FORMAT_NONE;
-    }
-    const PageResultHeader header = PageResultHeader::parse(head.data());
-    if (!header.isPageResultFile()) {
-        KxBase::KxSDKCommonLog(Kxlogger::LOG_LEVEL_ERROR, kModule,
-                               "IsEmfDealRsltFile, file format err! (0x%x,0x%x)", header.magic,
-                               static_cast<unsigned int>(header.version));
-        return DocCovRslt::PAGE_FORMAT_NONE;
-    }
-
-    data = readUpTo(file, static_cast<quint32>(header.datSize));
-    if (data.size() != header.datSize) {
-        KxBase::KxSDKCommonLog(Kxlogger::LOG_LEVEL_ERROR, kModule,
-                               "getPicDataFromFile readSize:%d != headDatSize:%d", data.size(),
-                               header.datSize);
-        return DocCovRslt::PAGE_FORMAT_NONE;
-    }
-    return header.picFormat;
+    data = readUpTo(file, payloadLimit(header));
+    return formatOf(header, data.size());
 }
 
 int EmfDeal::decodeEmf(const QString &path, QByteArray &data)
 {
     const int fmt = getPicDataFromFile(path, data);
-    // The lower bound is compared unsigned: a negative format is handed on for the caller to
-    // refuse.
-    if (fmt > DocCovRslt::PAGE_FORMAT_PNG ||
-        static_cast<quint32>(fmt) < static_cast<quint32>(DocCovRslt::PAGE_FORMAT_JPG)) {
-        KxBase::KxSDKCommonLog(Kxlogger::LOG_LEVEL_ERROR, kModule,
-                               "decodeEmf, picFormat(%d) not support! (file:%s)", fmt,
-                               path.toUtf8().constData());
-        return DocCovRslt::PAGE_FORMAT_NONE;
-    }
-    if (data.size() <= 0) {
-        KxBase::KxSDKCommonLog(Kxlogger::LOG_LEVEL_ERROR, kModule,
-                               "decodeEmf, rsltDat.size <= 0! (file:%s)",
-                               path.toUtf8().constData());
-        return DocCovRslt::PAGE_FORMAT_NONE;
-    }
-    return fmt;
+    return shownFormat(path, fmt, data.size());
+}
+
+int decodedFormat(const QString &path)
+{
+    QFile file(path);
+    PageResultHeader header;
+    if (!openPage(file, header))
+        return shownFormat(path, DocCovRslt::PAGE_FORMAT_NONE, 0);
+    const qint64 size = skipUpTo(file, payloadLimit(header));
+    return shownFormat(path, formatOf(header, size), size);
 }

@@ -25,9 +25,13 @@ PPTAnimDisplay::~PPTAnimDisplay()
 
 bool PPTAnimDisplay::Init(int pageId, const QByteArray &data, int fps)
 {
+    return InitAndDrop(pageId, QByteArray(data), fps);
+}
+
+bool PPTAnimDisplay::InitAndDrop(int pageId, QByteArray &&data, int fps)
+{
     Clear();
-    CStdDataStream stream(data);
-    if (!fileDat.streamFrom(stream))
+    if (!decode(std::move(data)))
         return false;
     curPage = fileDat.getPage(static_cast<unsigned short>(pageId));
     if (!curPage)
@@ -40,6 +44,13 @@ bool PPTAnimDisplay::Init(int pageId, const QByteArray &data, int fps)
     animTimer.setInterval(fps > 0 ? 1000 / fps : 1000);
     SetAnimStep(0);
     return true;
+}
+
+bool PPTAnimDisplay::decode(QByteArray data)
+{
+    CStdDataStream stream(data);
+    data.clear(); // the stream's copy is the last one
+    return fileDat.streamFrom(stream);
 }
 
 int PPTAnimDisplay::GetPageID()

@@ -88,6 +88,10 @@ public:
     bool IsRunning() override;
     QImage GetImg() override;
 
+    /// Init() with bytes that it lets go as soon as they are decoded: the steps of a slide with
+    /// many effects take more memory than the bytes do.
+    bool InitAndDrop(int pageId, QByteArray &&data, int fps);
+
     // Steps. An effect that is neither a click nor an after effect plays with the previous one.
     static bool IsClickEffect(PPT_Effect *e);
     static bool IsAfterEffect(PPT_Effect *e);
@@ -140,4 +144,7 @@ protected:
 
 private Q_SLOTS:
     void slot_AnimTimeout();
+
+private:
+    bool decode(QByteArray data);
 };

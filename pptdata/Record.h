@@ -103,8 +103,9 @@ inline void readBytes(QDataStream &stream, quint32 length, QByteArray &bytes)
         stream.skipRawData(INT_MAX); // to the end, which sets the status
         return;
     }
-    bytes = QByteArray(static_cast<int>(length), Qt::Uninitialized);
-    stream.readRawData(bytes.data(), bytes.size());
+    bytes.resize(static_cast<int>(length)); // which takes no memory for an empty one
+    if (length > 0)
+        stream.readRawData(bytes.data(), bytes.size());
 }
 
 /// Reads a byte array.

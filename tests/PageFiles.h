@@ -9,12 +9,12 @@
 /// Pictures and page result files made beside the library, for the tests of what reads them.
 namespace PageFiles {
 
-/// A picture, encoded by Qt.
-inline QByteArray encoded(const QImage &image, const char *format = "PNG")
+/// A picture, encoded by Qt. The quality of a PNG says how little it is compressed.
+inline QByteArray encoded(const QImage &image, const char *format = "PNG", int quality = 100)
 {
     QByteArray bytes;
     QBuffer buffer(&bytes);
-    if (!buffer.open(QIODevice::WriteOnly) || !image.save(&buffer, format, 100))
+    if (!buffer.open(QIODevice::WriteOnly) || !image.save(&buffer, format, quality))
         qFatal("cannot encode the test's picture");
     return bytes;
 }

@@ -20,6 +20,6 @@
 /// - What stands behind the ] of a section is ignored, and so is every other line.
 ///
 /// Bytes that are no UTF-8 are read as U+FFFD. Anything but a regular file counts as missing, and
-/// so does one above 16 MiB. The file is read anew by each call. Reentrant; never fails otherwise.
+/// so does one above 1 MiB. The file is read anew by each call. Reentrant; never fails otherwise.
 KXCOMMON_EXPORT QString GetInifileString(const QString &section, const QString &key,
                                          const QString &file);

@@ -7,7 +7,7 @@
 
 namespace {
 
-constexpr qint64 kMaxFileSize = 16777216; // bytes; far above any configuration file
+constexpr qint64 kMaxFileSize = 1048576; // bytes; a long line is held several times over
 
 bool openConfiguration(QFile &file)
 {
