@@ -32,7 +32,9 @@ option(DOCDISPLAY_BUILD_BENCHMARKS "Build the benchmarks (needs Google Benchmark
        ${DOCDISPLAY_IS_TOP_LEVEL})
 option(DOCDISPLAY_BUILD_FUZZERS "Build the fuzz targets as libFuzzer programs (needs clang)" OFF)
 option(DOCDISPLAY_WARNINGS_AS_ERRORS "Treat compiler warnings as errors" OFF)
-option(DOCDISPLAY_COVERAGE "Instrument for gcov" OFF)
+option(DOCDISPLAY_PRECOMPILED_HEADERS "Compile with precompiled headers, in half the time" OFF)
+option(DOCDISPLAY_COVERAGE "Instrument for gcov; the tests check the coverage as well" OFF)
+option(DOCDISPLAY_LINT "Add clang-format and clang-tidy to the tests" OFF)
 
 if(DOCDISPLAY_BUILD_TESTS AND NOT DOCDISPLAY_KXBASE STREQUAL "bundled")
   message(FATAL_ERROR "The tests need DOCDISPLAY_KXBASE=bundled: they listen to its log")

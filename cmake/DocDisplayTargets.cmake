@@ -50,6 +50,14 @@ function(docdisplay_target_defaults target)
   endif()
 endfunction()
 
+# docdisplay_precompile(<target> <header>...): when asked for, what nearly all files of the target
+# include is parsed once. Builds without it show that each file includes what it needs.
+function(docdisplay_precompile target)
+  if(DOCDISPLAY_PRECOMPILED_HEADERS)
+    target_precompile_headers(${target} PRIVATE ${ARGN})
+  endif()
+endfunction()
+
 # docdisplay_sources([PUBLIC <header>...] [PRIVATE <file>...]): adds the folder's files to the
 # library; public headers are installed below the folder's own name and checked to stand alone.
 function(docdisplay_sources)

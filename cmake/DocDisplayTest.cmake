@@ -16,6 +16,27 @@ function(docdisplay_test_properties name)
     ENVIRONMENT "${DOCDISPLAY_TEST_ENVIRONMENT}")
 endfunction()
 
+# docdisplay_test_targets(<label> <target>...): what the tests of a label need, all of which the
+# target tests_<label> builds.
+function(docdisplay_test_targets label)
+  if(NOT TARGET tests_${label})
+    add_custom_target(tests_${label})
+  endif()
+  if(ARGN)
+    add_dependencies(tests_${label} ${ARGN})
+  endif()
+endfunction()
+
+# What the tests share when headers are precompiled. A precompiled header fits only where the same
+# parts of Qt are used.
+if(DOCDISPLAY_PRECOMPILED_HEADERS)
+  file(GENERATE OUTPUT "${CMAKE_CURRENT_BINARY_DIR}/test_headers.cpp" CONTENT "")
+  add_library(test_headers OBJECT "${CMAKE_CURRENT_BINARY_DIR}/test_headers.cpp")
+  docdisplay_target_defaults(test_headers)
+  target_link_libraries(test_headers PRIVATE docdisplay Qt5::Test)
+  docdisplay_precompile(test_headers <QtTest> <QtGui>)
+endif()
+
 # docdisplay_test(<name> [LABELS <label>...] [SOURCES <file>...] [LIBRARIES <target>...]): the Qt
 # Test program of <name>.cpp, linked to the shared library unless LIBRARIES names another.
 function(docdisplay_test name)
@@ -26,6 +47,12 @@ function(docdisplay_test name)
   add_executable(${name} ${name}.cpp ${ARG_SOURCES})
   docdisplay_target_defaults(${name} MOC)
   target_link_libraries(${name} PRIVATE ${ARG_LIBRARIES} Qt5::Test)
+  if(DOCDISPLAY_PRECOMPILED_HEADERS AND ARG_LIBRARIES MATCHES "^(docdisplay|docpage)")
+    target_precompile_headers(${name} REUSE_FROM test_headers)
+  endif()
   add_test(NAME ${name} COMMAND ${name})
   docdisplay_test_properties(${name} LABELS ${ARG_LABELS})
+  foreach(label IN LISTS ARG_LABELS)
+    docdisplay_test_targets(${label} ${name})
+  endforeach()
 endfunction()

@@ -192,8 +192,10 @@ QMap<QString, QString> Varmap2QStringMap(const QMap<QString, QVariant> &map)
 QMap<QString, QString> StdstringMap2QStringMap(const std::map<std::string, std::string> &map)
 {
     QMap<QString, QString> converted;
-    for (const auto &entry : map)
-        converted[fromStd(entry.first.c_str())] = fromStd(entry.second);
+    for (const auto &entry : map) {
+        const char *key = entry.first.c_str(); // which ends at the first NUL
+        converted[fromStd(key)] = fromStd(entry.second);
+    }
     return converted;
 }
 

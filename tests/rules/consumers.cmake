@@ -32,6 +32,7 @@ function(docdisplay_consumer_test name)
   endif()
 endfunction()
 
+docdisplay_test_targets(install docdisplay kxbase kxcommon docpage docviewer)
 docdisplay_consumer_test(install_stage SETUP stage)
 docdisplay_consumer_test(install_find_package REQUIRES stage)
 find_program(PKG_CONFIG_PROGRAM NAMES pkg-config pkgconf)

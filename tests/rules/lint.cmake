@@ -1,0 +1,27 @@
+# Format and static analysis of all that is compiled. The tests are formatted, but not analysed: Qt
+# Test's macros are most of what would be found.
+find_program(DOCDISPLAY_CLANG_FORMAT clang-format)
+find_program(DOCDISPLAY_RUN_CLANG_TIDY run-clang-tidy)
+find_package(Git)
+if(NOT DOCDISPLAY_CLANG_FORMAT OR NOT DOCDISPLAY_RUN_CLANG_TIDY OR NOT Git_FOUND)
+  message(FATAL_ERROR
+          "DOCDISPLAY_LINT needs clang-format, clang-tidy and git (Debian: packages of these names)")
+endif()
+
+docdisplay_test_targets(lint)
+add_test(NAME clang_format
+  COMMAND sh -c "\"$1\" ls-files -z '*.h' '*.cpp' | xargs -0 \"$2\" --dry-run -Werror"
+    sh "${GIT_EXECUTABLE}" "${DOCDISPLAY_CLANG_FORMAT}"
+  WORKING_DIRECTORY "${PROJECT_SOURCE_DIR}")
+docdisplay_test_properties(clang_format LABELS lint)
+
+# A test per part, which two processors run side by side.
+foreach(part IN ITEMS common emfdeal pptdata pptanim docdisplay platform fuzz benchmarks
+                      tools/docpage tools/docviewer)
+  string(REPLACE "/" "_" name "clang_tidy_${part}")
+  add_test(NAME ${name}
+    COMMAND ${DOCDISPLAY_RUN_CLANG_TIDY} -quiet -j 1 -p "${PROJECT_BINARY_DIR}"
+      "^${PROJECT_SOURCE_DIR}/${part}/.*\\.cpp$")
+  docdisplay_test_properties(${name} LABELS lint)
+  set_tests_properties(${name} PROPERTIES TIMEOUT 900)
+endforeach()
