@@ -1,6 +1,7 @@
 # The programs and their parts.
 docdisplay_test(tst_naturalorder LABELS tools LIBRARIES docpage_parts)
 docdisplay_test(tst_picturecheck LABELS tools LIBRARIES docpage_parts)
+docdisplay_test(tst_childrun LABELS tools LIBRARIES docpage_parts)
 docdisplay_test(tst_docpage_frames LABELS tools LIBRARIES docpage_parts)
 docdisplay_test(tst_pageview LABELS tools SOURCES OffscreenScreen.cpp LIBRARIES docviewer_parts)
 docdisplay_test(tst_docviewer LABELS tools SOURCES OffscreenScreen.cpp LIBRARIES docviewer_parts)
@@ -14,7 +15,8 @@ docdisplay_test(tst_thumbnaillist LABELS tools SOURCES OffscreenScreen.cpp LIBRA
 docdisplay_test(tst_timeline LABELS tools SOURCES OffscreenScreen.cpp LIBRARIES docviewer_parts)
 
 foreach(test IN ITEMS tst_docpage tst_docpage_output tst_docpage_wrap tst_docpage_info
-                      tst_docpage_encode tst_docpage_deck tst_docpage_model tst_docpage_play)
+                      tst_docpage_check tst_docpage_encode tst_docpage_deck tst_docpage_model
+                      tst_docpage_play)
   docdisplay_test(${test} LABELS tools SOURCES DocpageRun.cpp DocpageTest.h
                   LIBRARIES docpage_parts)
   add_dependencies(${test} docpage)
@@ -25,6 +27,17 @@ foreach(test IN ITEMS tst_docpage tst_docpage_output tst_docpage_wrap tst_docpag
     DOCPAGE_DECK_SCHEMA="${PROJECT_SOURCE_DIR}/docs/deck.schema.json"
     DOCPAGE_MODEL_DOCUMENT="${PROJECT_SOURCE_DIR}/docs/animation-model.md")
 endforeach()
+
+# Where Qt looks for decoders in a folder of plugins.
+add_library(broken_decoder MODULE BrokenDecoder.cpp)
+docdisplay_target_defaults(broken_decoder MOC)
+target_link_libraries(broken_decoder PRIVATE Qt5::Gui)
+set_target_properties(broken_decoder PROPERTIES
+  LIBRARY_OUTPUT_DIRECTORY "${CMAKE_CURRENT_BINARY_DIR}/plugins/imageformats")
+add_dependencies(tst_docpage_check broken_decoder)
+target_compile_definitions(tst_docpage_check PRIVATE
+  TEST_PLUGINS="${CMAKE_CURRENT_BINARY_DIR}/plugins"
+  SAMPLE_DECK="${PROJECT_SOURCE_DIR}/samples/deck/deck.json")
 
 docdisplay_test(tst_displaydeck_sample LABELS docdisplay SOURCES DocpageRun.cpp
                 LIBRARIES docpage_parts)

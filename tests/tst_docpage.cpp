@@ -87,7 +87,8 @@ void TestDocpage::help_data()
         QTest::newRow(arguments) << words(arguments) << QByteArray(begin) << words(mentions);
     };
     const char program[] = "Usage: docpage COMMAND ...\n\nMakes, examines and renders";
-    const char commands[] = "wrap encode info unwrap build model render play --help --version";
+    const char commands[] =
+        "wrap encode info check unwrap build model render play --help --version";
     row("--help", program, commands);
     row("-h", program, commands);
     row("--help wrap", program, commands);
@@ -101,6 +102,9 @@ void TestDocpage::help_data()
         "-h --help -o --output <DIR> --force PICTURE");
     row("info --help", "Usage: docpage info [--json] FILE...\n\nTells of each page result file",
         "-h --help --json FILE");
+    row("check --help",
+        "Usage: docpage check [--max-memory MB] [--json] FILE...\n\nTells of each page result file",
+        "-h --help --max-memory <MB> --json FILE");
     row("unwrap --help", "Usage: docpage unwrap FILE -o OUT [--force]\n\nSaves the payload",
         "-h --help -o --output <OUT> --force FILE");
     row("build --help",
@@ -224,7 +228,7 @@ void TestDocpage::manPageHasEverything()
     QString help = QString::fromUtf8(place->run({text("--help")}).out);
     const QString list = help.section(text("Commands:\n"), 1).section(text("\n\n"), 0, 0);
     const QStringList lines = list.split(QLatin1Char('\n'));
-    QCOMPARE(lines.size(), 8);
+    QCOMPARE(lines.size(), 9);
     for (const QString &line : lines) {
         const QString command = line.simplified().section(QLatin1Char(' '), 0, 0);
         const QString its = QString::fromUtf8(place->run({command, text("--help")}).out);

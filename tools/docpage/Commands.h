@@ -14,6 +14,9 @@ int runEncode(const QStringList &arguments);
 /// Tells what page result files hold.
 int runInfo(const QStringList &arguments);
 
+/// Tells what of page result files would not show.
+int runCheck(const QStringList &arguments);
+
 /// Takes the payload out of a page result file.
 int runUnwrap(const QStringList &arguments);
 

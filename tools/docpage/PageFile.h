@@ -18,8 +18,10 @@ struct PageFile
 {
     PageResultHeader header;
     QByteArray payload;
-    qint64 trailingBytes = 0; ///< what follows the payload in the file and is ignored
-    QString fault;            ///< why the file is refused; empty when all of the above holds
+    qint64 trailingBytes = 0;   ///< what follows the payload in the file and is ignored
+    QString fault;              ///< why the file is refused; empty when all of the above holds
+    const char *faultCode = ""; ///< that in a word, which stays
+    qint64 faultOffset = 0;     ///< where in the file that stands which is wrong
 
     static PageFile read(const QString &path);
 };

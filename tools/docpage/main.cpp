@@ -28,6 +28,7 @@ constexpr Command kCommands[] = {
     {"wrap", "Makes page result files from JPG and PNG pictures.", runWrap},
     {"encode", "Makes the same files on the encoder's thread, all of them or none.", runEncode},
     {"info", "Tells what page result files hold.", runInfo},
+    {"check", "Tells what of page result files would not show.", runCheck},
     {"unwrap", "Takes the payload out of a page result file.", runUnwrap},
     {"build", "Makes page result files from the description of an animated deck.", runBuild},
     {"model", "Tells all that slide animation data holds.", runModel},

@@ -1,0 +1,278 @@
+#include "tools/docpage/check/ModelCheck.h"
+
+#include "common/FloatToInt.h"
+#include "tools/docpage/Console.h"
+#include "tools/docpage/SlideSteps.h"
+#include "tools/docpage/check/ImageBytes.h"
+
+#include <QFileInfo>
+#include <QHash>
+#include <QRect>
+#include <QRegularExpression>
+#include <QSet>
+
+#include <algorithm>
+#include <optional>
+
+namespace {
+
+constexpr qint8 kClick = 1;
+constexpr qint8 kAfter = 3;
+
+// The place in a document that the name of a file ends in, as "page_3". Not all names do. The
+// player takes the lower 16 bits of it.
+std::optional<quint16> placeInDocument(const QString &file)
+{
+    static const QRegularExpression number(QStringLiteral("_([0-9]+)$"));
+    const QRegularExpressionMatch match = number.match(QFileInfo(file).fileName());
+    bool isNumber = false;
+    const unsigned int place = match.captured(1).toUInt(&isNumber);
+    return isNumber ? std::optional(static_cast<quint16>(place)) : std::nullopt;
+}
+
+QString nameOf(const LocatedPage &page)
+{
+    return QStringLiteral("page %1").arg(page.pageId);
+}
+
+QString nameOf(const LocatedPage &page, const LocatedShape &shape)
+{
+    return QStringLiteral("shape %1 of ").arg(shape.shape.shapeId) + nameOf(page);
+}
+
+QString sizeText(QSize size)
+{
+    return QStringLiteral("%1 x %2").arg(size.width()).arg(size.height());
+}
+
+int pageSide(float pageUnits)
+{
+    return pageUnits < 1 ? 1 : toPixels(pageUnits);
+}
+
+// From `begin` up to `end`.
+struct Span
+{
+    qint64 begin;
+    qint64 end;
+
+    bool meets(const Span &other) const { return begin < other.end && other.begin < end; }
+    bool isWithin(const Span &other) const { return begin >= other.begin && end <= other.end; }
+};
+
+Span spanOf(float place, int size)
+{
+    const qint64 begin = toPixels(place);
+    return {begin, begin + size};
+}
+
+// Whether a shape that rests beside the page crosses it when it enters from the left or leaves to
+// the right.
+bool crossesPage(const LocatedPage &page, const LocatedShape &shape, const Span &across)
+{
+    return std::any_of(page.effects.begin(), page.effects.end(), [&](const PPT_Effect &effect) {
+        const bool isLeaving = effect.exit == -1;
+        return effect.shapeId == shape.shape.shapeId &&
+               toUInt32(static_cast<double>(effect.timing.duration * 1000.0F)) > 0 &&
+               (isLeaving ? across.end <= 0 : across.begin > 0);
+    });
+}
+
+// The effects that begin the steps, one each.
+std::vector<size_t> firstEffects(const LocatedPage &page)
+{
+    std::vector<size_t> firsts;
+    for (size_t i = 0; i < page.effects.size(); ++i) {
+        if (i == 0 || page.effects[i].timing.triggerType == kClick)
+            firsts.push_back(i);
+    }
+    return firsts;
+}
+
+QVector<SlideStep> stepsOf(std::vector<PPT_Effect> effects)
+{
+    PPT_Page page;
+    for (PPT_Effect &effect : effects)
+        page.effects.push_back(&effect);
+    PPT_fileDat model;
+    model.pages[page.pageId] = &page;
+    return slideSteps(model, page.pageId);
+}
+
+} // namespace
+
+void ModelCheck::check(const QByteArray &payload, qint64 start, const QString &file)
+{
+    if (!m_model.read(payload, start, m_report.findings))
+        return;
+    const qint64 bytesAfter = start + payload.size() - m_model.end;
+    if (bytesAfter > 0)
+        add(Severity::Warning, "bytes-after-model", m_model.end,
+            QStringLiteral("the slide animation data is ") + followedByIgnored(bytesAfter));
+    checkPageNumbers(file);
+    checkRepeatedPages();
+    for (const LocatedPage &page : m_model.pages)
+        checkPage(page);
+}
+
+void ModelCheck::checkPageNumbers(const QString &file)
+{
+    const std::vector<LocatedPage> &pages = m_model.pages;
+    const std::optional<quint16> place = placeInDocument(file);
+    const auto isAsked = [&](const LocatedPage &page) { return page.pageId == place; };
+    if (pages.empty()) {
+        add(Severity::Error, "no-page", m_model.pageCountOffset(),
+            QStringLiteral("the slide animation data has no pages"));
+    } else if (!place && pages.size() > 1) {
+        add(Severity::Note, "several-pages", m_model.pageCountOffset(),
+            QStringLiteral("of %1 pages only the one is shown whose number is that of the file in "
+                           "its document")
+                .arg(pages.size()));
+    } else if (place && std::none_of(pages.begin(), pages.end(), isAsked)) {
+        add(Severity::Error, "page-missing", m_model.pageCountOffset(),
+            QStringLiteral("there is no page %1, the number that the file's name ends in")
+                .arg(*place));
+    } else if (place) {
+        for (const LocatedPage &page : pages) {
+            if (!isAsked(page))
+                add(Severity::Warning, "page-unused", page.offset,
+                    QStringLiteral("%1 is not shown: the file's name ends in %2")
+                        .arg(nameOf(page))
+                        .arg(*place));
+        }
+    }
+}
+
+void ModelCheck::checkRepeatedPages()
+{
+    QSet<quint16> laterPages;
+    for (auto page = m_model.pages.rbegin(); page != m_model.pages.rend(); ++page) {
+        if (laterPages.contains(page->pageId))
+            add(Severity::Error, "repeated-page-id", page->offset,
+                QStringLiteral("%1 is not shown: a later one has the same number")
+                    .arg(nameOf(*page)));
+        laterPages.insert(page->pageId);
+    }
+}
+
+void ModelCheck::checkPage(const LocatedPage &page)
+{
+    m_slideBytes = 0;
+    QSize background;
+    if (page.image.isEmpty()) {
+        add(Severity::Error, "no-background", page.imageOffset(),
+            nameOf(page) + QStringLiteral(" is not shown: it has no background"));
+    } else {
+        const PictureVerdict verdict =
+            m_report.addPicture(page.image, QStringLiteral("background of ") + nameOf(page),
+                                page.imageOffset(), m_maxMemory);
+        background = verdict.size;
+        m_slideBytes += imageBytes(background);
+    }
+    const QSize size(pageSide(m_model.head.width), pageSide(m_model.head.height));
+    if (background.isValid() && background != size)
+        add(Severity::Warning, "page-size-mismatch", page.imageOffset(),
+            QStringLiteral("background of %1: %2 pixels, but pages of %3")
+                .arg(nameOf(page), sizeText(background), sizeText(size)));
+    checkShapes(page, background);
+    checkRepeatedShapes(page);
+    checkEffects(page);
+    checkSteps(page);
+    if (m_slideBytes > m_maxMemory)
+        add(Severity::Error, "slide-too-large", page.offset,
+            QStringLiteral("%1: its pictures take %2 bytes, more than %3")
+                .arg(nameOf(page))
+                .arg(m_slideBytes)
+                .arg(m_maxMemory));
+}
+
+void ModelCheck::checkShapes(const LocatedPage &page, QSize background)
+{
+    for (const LocatedShape &shape : page.shapes) {
+        if (shape.shape.picDat.isEmpty()) {
+            add(Severity::Warning, "shape-without-picture", shape.offset,
+                nameOf(page, shape) + QStringLiteral(" has no picture"));
+            continue;
+        }
+        const PictureVerdict verdict = m_report.addPicture(shape.shape.picDat, nameOf(page, shape),
+                                                           shape.pictureOffset(), m_maxMemory);
+        m_slideBytes += imageBytes(verdict.size);
+        if (verdict.isShown() && background.isValid())
+            checkPlace(page, shape, verdict.size, background);
+    }
+}
+
+// The picture is painted in its own size on the background, whatever the sizes in the model.
+void ModelCheck::checkPlace(const LocatedPage &page, const LocatedShape &shape, QSize picture,
+                            QSize background)
+{
+    const Span pageAcross{0, background.width()};
+    const Span pageDown{0, background.height()};
+    const Span across = spanOf(shape.shape.left, picture.width());
+    const Span down = spanOf(shape.shape.top, picture.height());
+    if (across.isWithin(pageAcross) && down.isWithin(pageDown))
+        return;
+    const QString place = QStringLiteral("%1, %2 pixels at %3, %4")
+                              .arg(nameOf(page, shape), sizeText(picture))
+                              .arg(across.begin)
+                              .arg(down.begin);
+    if (across.meets(pageAcross) && down.meets(pageDown))
+        add(Severity::Note, "shape-partly-off-page", shape.offset,
+            place + QStringLiteral(", is partly off the page"));
+    else if (down.meets(pageDown) && crossesPage(page, shape, across))
+        add(Severity::Warning, "shape-off-page", shape.offset,
+            place + QStringLiteral(", is off the page but while it moves"));
+    else
+        add(Severity::Error, "shape-off-page", shape.offset,
+            place + QStringLiteral(", is off the page"));
+}
+
+void ModelCheck::checkRepeatedShapes(const LocatedPage &page)
+{
+    QSet<quint16> laterShapes;
+    for (auto shape = page.shapes.rbegin(); shape != page.shapes.rend(); ++shape) {
+        const quint16 id = shape->shape.shapeId;
+        if (laterShapes.contains(id))
+            add(Severity::Error, "repeated-shape-id", shape->offset,
+                nameOf(page, *shape) +
+                    QStringLiteral(" is not shown: a later one has the same id"));
+        laterShapes.insert(id);
+    }
+}
+
+void ModelCheck::checkEffects(const LocatedPage &page)
+{
+    QSet<quint16> shapes;
+    for (const LocatedShape &shape : page.shapes)
+        shapes.insert(shape.shape.shapeId);
+    for (size_t i = 0; i < page.effects.size(); ++i) {
+        const PPT_Effect &effect = page.effects[i];
+        const qint8 trigger = effect.timing.triggerType;
+        const QString name = QStringLiteral("effect %1 of ").arg(i + 1) + nameOf(page);
+        if (!shapes.contains(effect.shapeId))
+            add(Severity::Warning, "effect-without-shape", page.effectOffset(i),
+                name + QStringLiteral(" shows nothing: there is no shape %1").arg(effect.shapeId));
+        if (trigger < kClick || trigger > kAfter)
+            add(Severity::Warning, "unknown-trigger", page.triggerOffset(i),
+                name +
+                    QStringLiteral(" has the unknown trigger %1 and starts with the previous one")
+                        .arg(trigger));
+    }
+}
+
+void ModelCheck::checkSteps(const LocatedPage &page)
+{
+    const std::vector<size_t> firsts = firstEffects(page);
+    const QVector<SlideStep> steps = stepsOf(page.effects);
+    for (int step = 0; step < steps.size(); ++step) {
+        if (steps.at(step).duration == 0)
+            add(Severity::Warning, "zero-length-step",
+                page.effectOffset(firsts.at(static_cast<size_t>(step))),
+                QStringLiteral("step %1 of %2 has no duration").arg(step + 1).arg(nameOf(page)));
+    }
+}
+
+void ModelCheck::add(Severity severity, const char *code, qint64 offset, const QString &words)
+{
+    m_report.findings.add(severity, code, offset, words);
+}
