@@ -7,11 +7,34 @@ set(DOCDISPLAY_TEST_ENVIRONMENT
   "UBSAN_OPTIONS=print_stacktrace=1"
   "TSAN_OPTIONS=halt_on_error=1:ignore_noninstrumented_modules=1:suppressions=${PROJECT_SOURCE_DIR}/tests/tsan.supp")
 
+# Elsewhere than on the programs' own processor it takes an emulator (the path of one program), which
+# is slow.
+set(DOCDISPLAY_TEST_TIMEOUT 300)
+if(CMAKE_CROSSCOMPILING_EMULATOR)
+  set(DOCDISPLAY_TEST_TIMEOUT 1500)
+  list(APPEND DOCDISPLAY_TEST_ENVIRONMENT
+    "DOCDISPLAY_EMULATOR=${CMAKE_CROSSCOMPILING_EMULATOR}"
+    "PKG_CONFIG_LIBDIR=$ENV{PKG_CONFIG_LIBDIR}") # the toolchain's
+endif()
+
+# docdisplay_runnable(<variable> <target>): the file that tests start to run a program of this build:
+# itself, or a script that hands it to the emulator.
+function(docdisplay_runnable variable target)
+  set(file "$<TARGET_FILE:${target}>")
+  if(CMAKE_CROSSCOMPILING_EMULATOR)
+    set(file "${PROJECT_BINARY_DIR}/emulated/${target}")
+    file(GENERATE OUTPUT "${file}"
+      CONTENT "#!/bin/sh\nexec '${CMAKE_CROSSCOMPILING_EMULATOR}' '$<TARGET_FILE:${target}>' \"$@\"\n"
+      FILE_PERMISSIONS OWNER_READ OWNER_WRITE OWNER_EXECUTE)
+  endif()
+  set(${variable} "${file}" PARENT_SCOPE)
+endfunction()
+
 # docdisplay_test_properties(<test> [LABELS <label>...]): for tests that are no Qt Test program too.
 function(docdisplay_test_properties name)
   cmake_parse_arguments(ARG "" "" "LABELS" ${ARGN})
   set_tests_properties(${name} PROPERTIES
-    TIMEOUT 300
+    TIMEOUT ${DOCDISPLAY_TEST_TIMEOUT}
     LABELS "${ARG_LABELS}"
     ENVIRONMENT "${DOCDISPLAY_TEST_ENVIRONMENT}")
 endfunction()

@@ -50,7 +50,7 @@ Outcome Workplace::run(const QStringList &arguments, const std::function<void()>
     process.setProcessEnvironment(environment);
     process.setWorkingDirectory(dir.path());
     process.start(QStringLiteral(DOCPAGE_PROGRAM), arguments);
-    if (!process.waitForFinished(60000))
+    if (!process.waitForFinished(300000))
         qFatal("the program does not end");
     const bool isExit = process.exitStatus() == QProcess::NormalExit;
     return {isExit ? process.exitCode() : -process.exitCode(), process.readAllStandardOutput(),

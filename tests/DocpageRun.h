@@ -1,8 +1,8 @@
 #pragma once
 
+#include "Emulator.h"
 #include "Hex.h"
 
-#include <QProcess>
 #include <QStringList>
 #include <QTemporaryDir>
 

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "Emulator.h"
+
 #include <QFile>
 
 #include <cstdlib>
@@ -21,6 +23,13 @@
 #endif
 constexpr bool kSanitized = DOCDISPLAY_SANITIZED;
 
+/// Whether RLIMIT_AS is the program's own: the sanitizers reserve address space and end the process
+/// when it lacks, an emulator has some for itself and does not pass the limit on.
+inline bool limitsMemory()
+{
+    return !kSanitized && emulator().isEmpty();
+}
+
 /// A limit of the process, until the end of the scope.
 class ResourceLimit
 {
@@ -40,11 +49,11 @@ private:
     rlimit before = {};
 };
 
-/// The limit of RLIMIT_AS that leaves `bytes` to be allocated; none under a sanitizer.
+/// The limit of RLIMIT_AS that leaves `bytes` to be allocated; none where it does not hold.
 inline rlim_t addressSpaceFor(rlim_t bytes)
 {
     QFile statm(QStringLiteral("/proc/self/statm"));
-    if (kSanitized || !statm.open(QIODevice::ReadOnly))
+    if (!limitsMemory() || !statm.open(QIODevice::ReadOnly))
         return RLIM_INFINITY;
     const auto pages = statm.readAll().split(' ').constFirst().toULongLong();
     return static_cast<rlim_t>(pages) * static_cast<rlim_t>(::sysconf(_SC_PAGESIZE)) + bytes;

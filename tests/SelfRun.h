@@ -1,7 +1,8 @@
 #pragma once
 
+#include "Emulator.h"
+
 #include <QCoreApplication>
-#include <QProcess>
 #include <QProcessEnvironment>
 #include <QStringList>
 
@@ -14,10 +15,11 @@ inline QByteArray runSelf(const QStringList &arguments, const QStringList &varia
         const int equals = variable.indexOf(QLatin1Char('='));
         environment.insert(variable.left(equals), variable.mid(equals + 1));
     }
-    QProcess process;
+    ForkedProcess process;
     process.setProcessEnvironment(environment);
-    process.start(QCoreApplication::applicationFilePath(), arguments);
-    if (!process.waitForFinished(120000))
+    QStringList command = commandOf(QCoreApplication::applicationFilePath()) + arguments;
+    process.start(command.takeFirst(), command);
+    if (!process.waitForFinished(300000))
         return "failed: " + process.errorString().toUtf8();
     if (process.exitStatus() != QProcess::NormalExit || process.exitCode() != 0)
         return "failed: " + QByteArray::number(process.exitCode()) + '\n' +

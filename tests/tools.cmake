@@ -1,4 +1,6 @@
 # The programs and their parts.
+docdisplay_runnable(docpage_program docpage)
+docdisplay_runnable(docviewer_program docviewer)
 docdisplay_test(tst_naturalorder LABELS tools LIBRARIES docpage_parts)
 docdisplay_test(tst_picturecheck LABELS tools LIBRARIES docpage_parts)
 docdisplay_test(tst_childrun LABELS tools LIBRARIES docpage_parts)
@@ -8,7 +10,7 @@ docdisplay_test(tst_docviewer LABELS tools SOURCES OffscreenScreen.cpp LIBRARIES
 docdisplay_test(tst_docviewer_output LABELS tools SOURCES OffscreenScreen.cpp LIBRARIES docviewer_parts)
 add_dependencies(tst_docviewer_output docviewer)
 target_compile_definitions(tst_docviewer_output PRIVATE
-  DOCVIEWER_PROGRAM="$<TARGET_FILE:docviewer>"
+  DOCVIEWER_PROGRAM="${docviewer_program}"
   DOCVIEWER_VERSION="${DocDisplay_VERSION}"
   DOCVIEWER_MAN_PAGE="${PROJECT_SOURCE_DIR}/docs/man/docviewer.1")
 docdisplay_test(tst_thumbnaillist LABELS tools SOURCES OffscreenScreen.cpp LIBRARIES docviewer_parts)
@@ -21,7 +23,7 @@ foreach(test IN ITEMS tst_docpage tst_docpage_output tst_docpage_wrap tst_docpag
                   LIBRARIES docpage_parts)
   add_dependencies(${test} docpage)
   target_compile_definitions(${test} PRIVATE
-    DOCPAGE_PROGRAM="$<TARGET_FILE:docpage>"
+    DOCPAGE_PROGRAM="${docpage_program}"
     DOCPAGE_VERSION="${DocDisplay_VERSION}"
     DOCPAGE_MAN_PAGE="${PROJECT_SOURCE_DIR}/docs/man/docpage.1"
     DOCPAGE_DECK_SCHEMA="${PROJECT_SOURCE_DIR}/docs/deck.schema.json"
@@ -41,10 +43,14 @@ target_compile_definitions(tst_docpage_check PRIVATE
 
 docdisplay_test(tst_displaydeck_sample LABELS docdisplay SOURCES DocpageRun.cpp
                 LIBRARIES docpage_parts)
-add_dependencies(tst_displaydeck_sample docpage)
-target_compile_definitions(tst_displaydeck_sample PRIVATE
-  DOCPAGE_PROGRAM="$<TARGET_FILE:docpage>"
-  SAMPLE_DECK="${PROJECT_SOURCE_DIR}/samples/deck/deck.json")
+docdisplay_test(tst_docpage_sample LABELS tools SOURCES DocpageRun.cpp LIBRARIES docpage_parts)
+foreach(test IN ITEMS tst_displaydeck_sample tst_docpage_sample)
+  add_dependencies(${test} docpage)
+  target_compile_definitions(${test} PRIVATE
+    DOCPAGE_PROGRAM="${docpage_program}"
+    SAMPLE_DECK="${PROJECT_SOURCE_DIR}/samples/deck/deck.json"
+    SAMPLE_HASHES="${CMAKE_CURRENT_SOURCE_DIR}/data/sample_deck.hashes")
+endforeach()
 
 find_program(DOCDISPLAY_PYTHON python3 HINTS /usr/bin) # the one that Debian's packages are for
 if(NOT DOCDISPLAY_PYTHON)
@@ -53,7 +59,7 @@ endif()
 add_test(NAME deck_schema
   COMMAND ${DOCDISPLAY_PYTHON} "${CMAKE_CURRENT_SOURCE_DIR}/check_deck_schema.py"
     "${PROJECT_SOURCE_DIR}/docs/deck.schema.json" "${PROJECT_SOURCE_DIR}/samples/deck/deck.json"
-    "$<TARGET_FILE:docpage>")
+    "${docpage_program}")
 docdisplay_test_properties(deck_schema LABELS tools)
 
 find_program(DOCDISPLAY_GROFF groff)

@@ -1,4 +1,4 @@
-#include "DocpageRun.h"
+#include "SampleDeck.h"
 #include "docdisplay/DocDisplayMgr.h"
 #include "tools/docpage/FrameHash.h"
 
@@ -18,12 +18,12 @@ const QHash<QByteArray, QString> &frames()
         {"d5d1855773415e5394baa53de5874a1c0bf26843eae19029fcb5368faacd0e86", text("title enters")},
         {"382cd7269b4b124259ffb599d5b8e34e928ba1deac04f67d0586d9004b326d83", text("title")},
         {"ef4832838efe596b68bfcf3b91311182944f11a2afa59dbd44bf117d1c305ed6", text("cause")},
-        {"54501c9be17e3dc70b86d8f09fe7da61d0d3297fd09865c8c8783847697109f1", text("moon")},
-        {"f44fba112f2dfff91d6d74c1b32d088d72561374c273c2b66603588dfef2e0a3", text("words")},
+        {"f69ab0b957fc45a18b3817576be359fc62afc762d9569c58755cc17d97c645c3", text("moon")},
+        {"2fca6cb925f047fba54ff547d69be850d95ddd5423a972dcdd5e9f2f6b16e084", text("words")},
         {"73ee6d0511a19272b7c3f8706d8b7dbc16003dabf2ee5b4d5b74c63994ec3f21", text("phases")},
-        {"1fc18f4b30b53ff412a07f504997220d67636b9a360b443d64b564578f8ed20f", text("springs")},
-        {"d31509f692e87625e3a7ea07c4c08d6fce683293771320df1f9cef07f35bd119", text("springs leave")},
-        {"5d5b8728e89f9f599fd7debf1a635303d377fe32111ceb33bcb51002ed06341a", text("neaps")},
+        {"48d82d7f7d31955db8060a802197cdb7d523277defcf5fd406ffd3d4c6310144", text("springs")},
+        {"4f7664ede7b3075979160f36fe1579eb64a4cb8646e7cd6e95c0c65be8ce4e1b", text("springs leave")},
+        {"69ecde366cbab55242efc0aab319654f66639972939eed10d7b9ff5b1ebfd602", text("neaps")},
         {"3333c6f716552573b46c274ff7232d76c002065f262a6eb681f2df92e63d14b7", text("harbour")},
         {"9173a651ed78573578ca7cb0180583b7c0fdf7c7a3c39d35e83c3c5f57e92e67", text("high enters")},
         {"9415160a71f52976bed822f5fbca9e5c1a7864841fe1389e3607e937a8c64c88", text("high")},
@@ -111,8 +111,8 @@ private:
 private Q_SLOTS:
     void initTestCase()
     {
-        const Outcome outcome = place.run({QStringLiteral("build"), QStringLiteral(SAMPLE_DECK),
-                                           QStringLiteral("-o"), QStringLiteral("pages")});
+        writeOpaqueSample(place);
+        const Outcome outcome = place.run(words("build deck.json -o pages"));
         QCOMPARE(outcome.err, QByteArray());
         QCOMPARE(outcome.status, 0);
     }

@@ -373,7 +373,7 @@ private Q_SLOTS:
     {
         QFETCH(int, signal);
         const QStringList before = place->entries();
-        QProcess process;
+        ForkedProcess process;
         startLongRun(process, 3000);
         QCOMPARE(process.state(), QProcess::Running);
         QCOMPARE(::kill(static_cast<pid_t>(process.processId()), signal), 0);
@@ -424,7 +424,7 @@ private Q_SLOTS:
 
     void ignoredSignalStaysIgnored()
     {
-        QProcess process;
+        ForkedProcess process;
         std::signal(SIGHUP, SIG_IGN); // the child inherits it
         startLongRun(process, 1000);
         std::signal(SIGHUP, SIG_DFL);

@@ -261,9 +261,9 @@ void TestDocpageOutput::hardLinkIsReplacedItself()
 void TestDocpageOutput::oneOfManyAtOnceWins()
 {
     const int before = place->entries().size();
-    std::vector<std::unique_ptr<QProcess>> runs;
+    std::vector<std::unique_ptr<ForkedProcess>> runs;
     for (int i = 0; i < 8; ++i) {
-        auto process = std::make_unique<QProcess>();
+        auto process = std::make_unique<ForkedProcess>();
         process->setWorkingDirectory(place->path({}));
         process->start(QStringLiteral(DOCPAGE_PROGRAM), words("unwrap png_page -o new"));
         runs.push_back(std::move(process));

@@ -1,4 +1,5 @@
 // What leaves the window: pictures, PDF, print-outs; and the program itself.
+#include "Emulator.h"
 #include "EventGaps.h"
 #include "ViewerPages.h"
 
@@ -14,7 +15,6 @@
 #include <QMessageBox>
 #include <QPdfWriter>
 #include <QPrinter>
-#include <QProcess>
 #include <QRegularExpression>
 #include <QSettings>
 #include <QSignalSpy>
@@ -71,7 +71,7 @@ QByteArray ownLines(const QByteArray &err)
 
 Outcome run(const QStringList &arguments, const QStringList &environment = {})
 {
-    QProcess process;
+    ForkedProcess process;
     QStringList variables = QProcess::systemEnvironment();
     variables += QStringLiteral("QT_FONT_DPI=96"); // the screen's, unless another is asked for
     process.setEnvironment(variables + environment);
@@ -572,7 +572,7 @@ void tst_DocViewerOutput::help()
     QVERIFY(count >= 6);
     // What nobody could read was not done.
     for (const char *asked : {"--help", "--version"}) {
-        QProcess process;
+        ForkedProcess process;
         process.setStandardOutputFile(text("/dev/full"));
         process.start(QStringLiteral(DOCVIEWER_PROGRAM), {text(asked)});
         QVERIFY(process.waitForFinished());

@@ -722,8 +722,9 @@ private Q_SLOTS:
     {
         QFETCH(quint32, announced);
         QFETCH(int, there);
-        QByteArray bytes(36 + there, 'p');
-        qToBigEndian(announced, bytes.data() + 32);
+        const QByteArray length = QByteArray::number(announced, 16).rightJustified(8, '0');
+        const QByteArray bytes =
+            QByteArray(32, 'p') + QByteArray::fromHex(length) + QByteArray(there, 'p');
         CStdDataStream stream(bytes);
         PPT_PicDat picture;
         largestBlock = 0;
@@ -737,8 +738,7 @@ private Q_SLOTS:
 
     void whatIsThereIsAllocatedOnce()
     {
-        QByteArray bytes(36 + 0x300001, 'p');
-        qToBigEndian(0x300001, bytes.data() + 32);
+        const QByteArray bytes = QByteArray(32, 'p') + hex("00300001") + QByteArray(0x300001, 'p');
         CStdDataStream stream(bytes);
         PPT_PicDat picture;
         largestBlock = 0;

@@ -7,7 +7,7 @@ if(failed)
 endif()
 # The linker's own marks, and what the sanitizers need (their own marks, type information of Qt's
 # classes), are nobody's interface.
-string(REGEX REPLACE "[^\n]* (__bss_start|_edata|_end|_init|_fini|__odr_asan[^\n]*|typeinfo (name )?for QObjectData)\n" "" output "${output}")
+string(REGEX REPLACE "[^\n]* (__bss_start(__)?|_?_bss_end__|__end__|_edata|_end|_init|_fini|__odr_asan[^\n]*|typeinfo (name )?for QObjectData)\n" "" output "${output}")
 string(REGEX REPLACE "(^|\n)[0-9a-f]* +[A-Za-z] " "\\1" output "${output}")
 string(REPLACE "\n" ";" found "${output}")
 list(REMOVE_ITEM found "")

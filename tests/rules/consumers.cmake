@@ -3,6 +3,9 @@
 # this build's compiler and flags, and run it on a page.
 set(stage "${CMAKE_CURRENT_BINARY_DIR}/stage")
 set(consumer_flags "${CMAKE_CXX_FLAGS}")
+if(CMAKE_CROSSCOMPILING) # the linker is told where the libraries of libraries are
+  string(APPEND consumer_flags " ${CMAKE_EXE_LINKER_FLAGS}")
+endif()
 if(DOCDISPLAY_SANITIZE_FLAG)
   string(APPEND consumer_flags " -fsanitize=${DOCDISPLAY_SANITIZE_FLAG}")
 endif()
@@ -22,6 +25,7 @@ function(docdisplay_consumer_test name)
       "-DSTAGE=${stage}" "-DWORK=${CMAKE_CURRENT_BINARY_DIR}/${name}"
       "-DHOST=${DOCDISPLAY_README_HOST}" "-DPAGE=${DOCDISPLAY_TEST_PAGE}"
       "-DCXX=${CMAKE_CXX_COMPILER}" "-DFLAGS=${consumer_flags}"
+      "-DTOOLCHAIN=${CMAKE_TOOLCHAIN_FILE}" "-DEMULATOR=${CMAKE_CROSSCOMPILING_EMULATOR}"
       "-DGENERATOR=${CMAKE_GENERATOR}" "-DLIBDIR=${CMAKE_INSTALL_LIBDIR}"
       ${definitions}
       -P "${CMAKE_CURRENT_SOURCE_DIR}/rules/${name}.cmake")

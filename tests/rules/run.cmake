@@ -15,7 +15,7 @@ endfunction()
 
 # run_host(<program>): runs the README's host program and checks what it prints.
 function(run_host program)
-  run("the host program" "${program}" "${PAGE}")
+  run("the host program" ${EMULATOR} "${program}" "${PAGE}")
   if(NOT run_output MATCHES "^page 0 QSize\\(4, 3\\)\n$")
     message(FATAL_ERROR "the host program printed: ${run_output}")
   endif()
@@ -24,3 +24,7 @@ endfunction()
 # The arguments that make another project use this build's tools.
 set(same_tools -G "${GENERATOR}" "-DCMAKE_CXX_COMPILER=${CXX}" "-DCMAKE_CXX_FLAGS=${FLAGS}"
     "-DCMAKE_BUILD_TYPE=${CONFIG}")
+if(TOOLCHAIN) # which may look for packages in its own folders only
+  list(APPEND same_tools "-DCMAKE_TOOLCHAIN_FILE=${TOOLCHAIN}"
+    "-DCMAKE_FIND_ROOT_PATH=${BUILD}")
+endif()
