@@ -83,7 +83,10 @@ void EmfDeal::slot_startEmfEncode(std::string taskId, DocCovRslt::PAGE_FORMAT_DE
         return true;
     });
     if (isDone) {
-        Q_EMIT s_EmfEncodeFinished(taskId, outputs);
+        succeeds([&] {
+            Q_EMIT s_EmfEncodeFinished(taskId, outputs);
+            return true;
+        });
         return;
     }
     succeeds([&] { // without the line, if need be
@@ -99,8 +102,11 @@ void EmfDeal::slot_startEmfEncode(std::string taskId, DocCovRslt::PAGE_FORMAT_DE
     });
     removeAll(files, i);
     removeAll(outputs);
-    Q_EMIT s_EmfEncodeFailed(taskId, isCancelled ? DocCovRslt::COVER_ERR_CANCELLED
-                                                 : DocCovRslt::COVER_ERR_FILE_FAILED);
+    succeeds([&] {
+        Q_EMIT s_EmfEncodeFailed(taskId, isCancelled ? DocCovRslt::COVER_ERR_CANCELLED
+                                                     : DocCovRslt::COVER_ERR_FILE_FAILED);
+        return true;
+    });
 }
 
 bool EmfDeal::encodeFile(const QString &src, const QString &dst, DocCovRslt::PAGE_FORMAT_DEF fmt)

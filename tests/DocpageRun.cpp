@@ -57,6 +57,11 @@ Outcome Workplace::run(const QStringList &arguments, const std::function<void()>
             process.readAllStandardError()};
 }
 
+void Workplace::preload(const QString &libraries)
+{
+    environment.insert(QStringLiteral("LD_PRELOAD"), libraries);
+}
+
 void Workplace::write(const QString &name, const QByteArray &content) const
 {
     QFile file(path(name));

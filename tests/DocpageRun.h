@@ -53,6 +53,9 @@ public:
     /// Runs docpage with the folder as its current one. `prepare` runs in the child beforehand.
     Outcome run(const QStringList &arguments, const std::function<void()> &prepare = {}) const;
 
+    /// Has shared libraries, separated by colons, loaded before all others of the runs.
+    void preload(const QString &libraries);
+
     /// That of the runs. There is no folder for temporary files in it.
     QProcessEnvironment environment;
 

@@ -52,6 +52,8 @@ foreach(test IN ITEMS tst_displaydeck_sample tst_docpage_sample)
     SAMPLE_HASHES="${CMAKE_CURRENT_SOURCE_DIR}/data/sample_deck.hashes")
 endforeach()
 
+include(faults/faults.cmake)
+
 find_program(DOCDISPLAY_PYTHON python3 HINTS /usr/bin) # the one that Debian's packages are for
 if(NOT DOCDISPLAY_PYTHON)
   message(FATAL_ERROR "The tests need Python with jsonschema (Debian: python3-jsonschema)")

@@ -57,7 +57,7 @@ private Q_SLOTS:
     void badPageFile();
     void hugeAnnouncementIsCheap();
     void tooLittleMemory();
-    void faultThatOnlyTheLibraryTells();
+    void faultAfterTheHeader();
 
     void renderPixels_data();
     void renderPixels();
@@ -402,8 +402,10 @@ void TestDocpage::tooLittleMemory()
     place->write(text("huge"), hex("88 88 88 88 01 01 02 00 00 00 00 00 00 70"));
     QVERIFY(QFile::resize(place->path(text("huge")), Q_INT64_C(0x7000000E)));
     const Outcome outcome = place->run(words("info huge"), limitMemory);
-    QCOMPARE(outcome.err,
-             QByteArray("docpage: huge: cannot be read: out of memory, or changed meanwhile\n"));
+    QCOMPARE(
+        outcome.err,
+        QByteArray(
+            "docpage: huge: cannot be read: a read error, out of memory, or changed meanwhile\n"));
     QCOMPARE(outcome.status, 1);
 
     // The picture after it is done all the same.
@@ -422,14 +424,14 @@ void TestDocpage::tooLittleMemory()
     QCOMPARE(built.status, 1);
 }
 
-void TestDocpage::faultThatOnlyTheLibraryTells()
+void TestDocpage::faultAfterTheHeader()
 {
     const QtMessageHandler handler = qInstallMessageHandler(nullptr);
     LibraryLog::divert();
     qInstallMessageHandler(handler);
     const PageFile page = PageFile::read(place->path(text("png_page")));
     KxBase::KxSetLogSink(nullptr, nullptr);
-    QCOMPARE(page.fault, text("a line of the library"));
+    QCOMPARE(page.fault, text("cannot be read: a read error, out of memory, or changed meanwhile"));
 }
 
 void TestDocpage::renderPixels_data()

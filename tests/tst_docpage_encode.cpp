@@ -306,7 +306,7 @@ private Q_SLOTS:
         QTest::addColumn<QString>("picture");
         QTest::addColumn<QString>("fault");
         QTest::newRow("no copy") << qint64(73) << text("") << text("missing")
-                                 << text("its copy cannot be read");
+                                 << text("its copy cannot be read, or out of memory");
         QTest::newRow("no folder") << qint64(73) << text("missing/") << text("red.png")
                                    << text("its page cannot be written");
         QTest::newRow("more than the disk has room for")

@@ -2,6 +2,8 @@
 
 #include <QPainter>
 
+#include <new>
+
 namespace {
 
 constexpr int kWidth = 240; // of a picture, and its greatest height
@@ -22,8 +24,11 @@ bool ContactSheet::takes(qint64 index, qint64 count)
 
 void ContactSheet::add(const QImage &image, const QString &label)
 {
-    m_pictures.append(
-        {image.scaled(kWidth, kWidth, Qt::KeepAspectRatio, Qt::SmoothTransformation), label});
+    const QImage picture =
+        image.scaled(kWidth, kWidth, Qt::KeepAspectRatio, Qt::SmoothTransformation);
+    if (picture.isNull()) // there would be a gap
+        throw std::bad_alloc();
+    m_pictures.append({picture, label});
 }
 
 QImage ContactSheet::image() const

@@ -55,7 +55,7 @@ QString faultOf(const EncodeInput &picture, qint64 freeBytes)
     const QString line = LibraryLog::takeFirstLine();
     if (!line.startsWith(QStringLiteral("CreateEmfDealRsltFile")) &&
         !line.startsWith(QStringLiteral("WrtEmfDealRsltFile")))
-        return QStringLiteral("its copy cannot be read");
+        return QStringLiteral("its copy cannot be read, or out of memory");
     return freeBytes < picture.size + PageResultHeader::kSize
                ? QStringLiteral("its page cannot be written: no space left")
                : QStringLiteral("its page cannot be written");
@@ -89,9 +89,7 @@ public:
             [this] { m_freeBytes = freeSpace(m_folder); }, Qt::DirectConnection);
         QObject::connect(&m_encoder, &EmfDeal::s_EmfEncodeFinished, &m_loop,
                          [this](const std::string &id, const QStringList &files) {
-                             const Job &job = m_jobs.at(id);
-                             for (int i = 0; i < files.size(); ++i)
-                                 m_result.pages[job.pictures.at(i)] = files.at(i);
+                             takePages(m_jobs.at(id), files);
                              end();
                          });
         QObject::connect(&m_encoder, &EmfDeal::s_EmfEncodeFailed, &m_loop,
@@ -132,6 +130,18 @@ public:
     }
 
 private:
+    // The encoder does not notice when a read ends early.
+    void takePages(const Job &job, const QStringList &files)
+    {
+        for (int i = 0; i < files.size(); ++i) {
+            const int picture = job.pictures.at(i);
+            m_result.pages[picture] = files.at(i);
+            const qint64 size = m_pictures.at(picture).size + PageResultHeader::kSize;
+            if (m_result.failed < 0 && QFileInfo(files.at(i)).size() != size)
+                m_result.failed = picture;
+        }
+    }
+
     void end()
     {
         if (--m_left == 0)

@@ -2,7 +2,6 @@
 
 #include "emfdeal/EmfDeal.h"
 #include "tools/docpage/InputFile.h"
-#include "tools/docpage/LibraryLog.h"
 
 namespace {
 
@@ -80,11 +79,9 @@ Fault readFile(const QString &path, PageFile &page)
     Fault fault = readHeader(path, page);
     if (!fault.words.isEmpty() || EmfDeal::decodeEmf(path, page.payload) == page.header.picFormat)
         return fault;
-    // The file had all the bytes a moment ago.
-    const QString line = LibraryLog::takeFirstLine();
-    return unreadable(line.startsWith(QStringLiteral("getPicDataFromFile readSize"))
-                          ? QStringLiteral("cannot be read: out of memory, or changed meanwhile")
-                          : line);
+    // Its header was good a moment ago, and the library does not know the system's reason.
+    return unreadable(
+        QStringLiteral("cannot be read: a read error, out of memory, or changed meanwhile"));
 }
 
 } // namespace

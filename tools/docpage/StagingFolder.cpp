@@ -9,7 +9,9 @@
 #include <cerrno>
 #include <cstdio>
 #include <filesystem>
+#include <new>
 #include <system_error>
+#include <utility>
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -152,7 +154,7 @@ StagingFolder::StagingFolder(const QString &folder)
 StagingFolder::~StagingFolder()
 {
     const EndHeld end;
-    m_staging.reset();
+    removeStaging();
     while (!m_isPublished && !m_created.isEmpty()) // one that is in use by now stays
         ::rmdir(QFile::encodeName(m_created.takeLast()).constData());
 }
@@ -186,6 +188,25 @@ QString StagingFolder::publish(const QStringList &staged, const OutputRules &rul
     }
     renamed.keep();
     m_isPublished = true;
-    m_staging.reset();
+    removeStaging();
     return {};
+}
+
+// Not by the destructor of QTemporaryDir, which lets an exception end the program. What did not go
+// for a moment, as for want of memory, goes the second time.
+void StagingFolder::removeStaging()
+{
+    const std::unique_ptr<QTemporaryDir> staging = std::move(m_staging);
+    if (!staging)
+        return;
+    staging->setAutoRemove(false);
+    const auto remove = [&staging] {
+        try {
+            return staging->remove();
+        } catch (const std::bad_alloc &) {
+            return false;
+        }
+    };
+    if (!remove())
+        remove();
 }

@@ -32,6 +32,8 @@ public:
     QString publish(const QStringList &staged, const OutputRules &rules, QString &file);
 
 private:
+    void removeStaging();
+
     const QString m_folder;
     QStringList m_created; // the outermost first
     std::unique_ptr<QTemporaryDir> m_staging;

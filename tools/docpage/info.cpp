@@ -12,6 +12,8 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 
+#include <new>
+
 namespace {
 
 struct FormatName
@@ -150,6 +152,23 @@ QJsonObject Info::json()
     return info;
 }
 
+// Prints what is told of one file, or puts it into `info`. Returns what is wrong with the file.
+QString tell(const QString &file, bool isJson, QJsonObject &info)
+{
+    try {
+        Info known(file);
+        if (known.page.fault.isEmpty() && (isPicture(known.page) || known.fault.isEmpty())) {
+            if (isJson)
+                info = known.json();
+            else
+                print(escaped(file) + QStringLiteral(": ") + known.text() + QLatin1Char('\n'));
+        }
+        return known.fault;
+    } catch (const std::bad_alloc &) { // the next file may be smaller
+        return QStringLiteral("out of memory");
+    }
+}
+
 } // namespace
 
 int runInfo(const QStringList &arguments)
@@ -170,17 +189,11 @@ int runInfo(const QStringList &arguments)
     int status = ExitStatus::Done;
     QJsonArray infos;
     for (const QString &file : files) {
-        Info known(file);
         QJsonObject info;
-        if (known.page.fault.isEmpty() && (isPicture(known.page) || known.fault.isEmpty())) {
-            if (isJson)
-                info = known.json();
-            else
-                print(escaped(file) + QStringLiteral(": ") + known.text() + QLatin1Char('\n'));
-        }
-        if (!known.fault.isEmpty()) {
-            status = reportFault(file, known.fault);
-            info[QStringLiteral("error")] = known.fault;
+        const QString fault = tell(file, isJson, info);
+        if (!fault.isEmpty()) {
+            status = reportFault(file, fault);
+            info[QStringLiteral("error")] = fault;
         }
         info[QStringLiteral("file")] = file;
         infos.append(info);

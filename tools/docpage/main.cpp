@@ -9,6 +9,8 @@
 #include <algorithm>
 #include <clocale>
 #include <csignal>
+#include <cstdio>
+#include <cstdlib>
 #include <memory>
 #include <new>
 
@@ -112,13 +114,19 @@ std::unique_ptr<QCoreApplication> makeApplication(char *program, bool drawsText)
     return std::make_unique<QGuiApplication>(argc, argv);
 }
 
-} // namespace
-
-int main(int argc, char *argv[])
+void reportOutOfMemory()
 {
-    occupyStandardStreams();
-    for (const int signal : {SIGXFSZ, SIGPIPE})
-        std::signal(signal, SIG_IGN); // a write fails instead, and is told
+    try {
+        const QString input = CommandLine::firstInputOfProcess();
+        printError((input.isEmpty() ? QString() : input + QStringLiteral(": ")) +
+                   QStringLiteral("out of memory"));
+    } catch (const std::bad_alloc &) { // not even that much is left
+        std::fputs("docpage: out of memory\n", stderr);
+    }
+}
+
+int runProgram(int argc, char *argv[])
+{
     const std::optional<QStringList> arguments = argumentsOf(argc, argv);
     if (!arguments)
         return ExitStatus::Failed;
@@ -133,11 +141,25 @@ int main(int argc, char *argv[])
     try {
         status = run(*arguments);
     } catch (const std::bad_alloc &) {
-        const QString input = CommandLine::firstInputOfProcess();
-        printError((input.isEmpty() ? QString() : input + QStringLiteral(": ")) +
-                   QStringLiteral("out of memory"));
+        reportOutOfMemory();
     }
     if (!printFault().isEmpty())
         return reportFault(QStringLiteral("standard output"), printFault());
     return status;
+}
+
+} // namespace
+
+int main(int argc, char *argv[])
+{
+    occupyStandardStreams();
+    for (const int signal : {SIGXFSZ, SIGPIPE})
+        std::signal(signal, SIG_IGN); // a write fails instead, and is told
+    ::setenv("QT_NO_GLIB", "1", 1);   // its event loop aborts when memory is short
+    try {
+        return runProgram(argc, argv);
+    } catch (const std::bad_alloc &) {
+        reportOutOfMemory();
+        return ExitStatus::Failed;
+    }
 }

@@ -1,0 +1,35 @@
+#pragma once
+
+#include "tests/DocpageRun.h"
+
+#include <cerrno>
+
+/// What fails in a run of docpage, see FaultPlan.h.
+struct Fault
+{
+    const char *kind;
+    int at = 0; ///< the number of the call, from 1; none fails without it
+    int error = EIO;
+    bool isAndAfter = false;
+    bool isShort = false;
+    int least = 0; ///< of an allocation, in bytes
+    bool kills = false;
+};
+
+/// A run with a fault, and how many calls of its kind there were; -1 when it did not end by itself.
+struct FaultyRun
+{
+    Outcome outcome;
+    int calls;
+};
+
+/// Runs docpage with a fault in what it does with the place's own files, or behind the first call
+/// for one of these.
+FaultyRun runWithFault(Workplace &place, const QStringList &arguments, const Fault &fault);
+
+/// Why what came of a run is not harmless; empty when it is. Harmless is the whole result, or
+/// failing with a line that names a file; in both cases every file of before is as it was or
+/// replaced by the one of the whole result, and there are no others.
+/// \param before what the place held; \param done what it holds after a run without faults
+QString harm(const Outcome &outcome, const QStringList &after, const QStringList &before,
+             const QStringList &done);

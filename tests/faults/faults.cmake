@@ -1,0 +1,29 @@
+# What becomes of the work when calls of the system fail and when the program is killed.
+add_library(faults MODULE
+  faults/Allocations.cpp
+  faults/FaultPlan.cpp
+  faults/FaultPlan.h
+  faults/FileCalls.cpp)
+docdisplay_target_defaults(faults)
+target_link_libraries(faults PRIVATE ${CMAKE_DL_LIBS})
+set(preloaded "$<TARGET_FILE:faults>")
+if(DOCDISPLAY_SANITIZE)
+  target_compile_options(faults PRIVATE -fno-sanitize=all)
+  target_link_options(faults PRIVATE -fno-sanitize=all)
+endif()
+# AddressSanitizer has to be the first of all libraries. Its calls go on to those behind it, but its
+# allocator does not: allocations fail in the other builds only.
+if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND "address" IN_LIST DOCDISPLAY_SANITIZE)
+  execute_process(COMMAND ${CMAKE_CXX_COMPILER} -print-file-name=libasan.so
+    OUTPUT_VARIABLE libasan OUTPUT_STRIP_TRAILING_WHITESPACE COMMAND_ERROR_IS_FATAL ANY)
+  string(PREPEND preloaded "${libasan}:")
+endif()
+
+foreach(test IN ITEMS tst_faults tst_killed)
+  docdisplay_test(${test} LABELS faults SOURCES DocpageRun.cpp faults/FaultRuns.cpp
+                  LIBRARIES docpage_parts)
+  add_dependencies(${test} docpage faults)
+  target_compile_definitions(${test} PRIVATE
+    DOCPAGE_PROGRAM="$<TARGET_FILE:docpage>"
+    FAULTS_LIBRARIES="${preloaded}")
+endforeach()
