@@ -247,6 +247,8 @@ void tst_KxIniFile::unusualBytes_data()
         << bytes("[VER]\nVer=a\xFFz\n") << QString::fromUcs4(U"a\uFFFDz", 3);
     QTest::newRow("UTF-8 cut off by the line's end: U+FFFD, the next line is intact")
         << bytes("[VER]\nX=\xE7\nVer=1\n") << QStringLiteral("1");
+    QTest::newRow("UTF-8 cut off by the file's end: U+FFFD")
+        << bytes("[VER]\nVer=1\xC3") << QString::fromUcs4(U"1\uFFFD", 2);
     QTest::newRow("invalid UTF-8 in a line before: ignored")
         << bytes("\x80\xFE\xC0\xAF\n[VER]\n\xED\xA0\x80=1\nVer=1\n") << QStringLiteral("1");
     QTest::newRow("NULs in lines before: ignored")

@@ -1,7 +1,9 @@
 #include "Hex.h"
 #include "TinyPictures.h"
 #include "tools/docpage/PictureCheck.h"
+#include "tools/docpage/PictureSize.h"
 
+#include <QSize>
 #include <QtTest>
 
 #include <cstring>
@@ -58,7 +60,7 @@ QByteArray jpg(std::initializer_list<const char *> segments)
 
 } // namespace
 
-/// Whether picture files are complete, as told from their bytes.
+/// Whether picture files are complete, and their size, as told from their bytes.
 class TestPictureCheck : public QObject
 {
     Q_OBJECT
@@ -71,6 +73,8 @@ private Q_SLOTS:
     void everyPrefixIsRefused_data();
     void everyPrefixIsRefused();
     void everyChangedBitOfAPngIsRefused();
+    void size_data();
+    void size();
 };
 
 void TestPictureCheck::complete_data()
@@ -367,6 +371,31 @@ void TestPictureCheck::everyChangedBitOfAPngIsRefused()
         changed[bit / 8] = static_cast<char>(changed.at(bit / 8) ^ (1 << bit % 8));
         QVERIFY2(!check(changed).fault.isEmpty(), QByteArray::number(bit).constData());
     }
+}
+
+void TestPictureCheck::size_data()
+{
+    QTest::addColumn<QByteArray>("bytes");
+    QTest::addColumn<QSize>("expected"); // not valid: no picture
+
+    QTest::newRow("PNG") << TinyPictures::png() << QSize(4, 3);
+    QTest::newRow("JPG") << TinyPictures::jpg() << QSize(2, 2);
+    QTest::newRow("GIF") << hex("47 49 46 38 39 61 02 00 01 00 80 00 00 00 00 00 ff ff ff "
+                                "2c 00 00 00 00 02 00 01 00 00 02 02 04 0a 00 3b")
+                         << QSize(2, 1);
+    QTest::newRow("GIF of no rows: none")
+        << hex("47 49 46 38 39 61 02 00 00 00 80 00 00 00 00 00 ff ff ff "
+               "2c 00 00 00 00 02 00 00 00 00 02 02 04 0a 00 3b")
+        << QSize();
+    QTest::newRow("no picture: none") << QByteArray("no picture") << QSize();
+    QTest::newRow("nothing: none") << QByteArray() << QSize();
+}
+
+void TestPictureCheck::size()
+{
+    QFETCH(QByteArray, bytes);
+    QFETCH(QSize, expected);
+    QCOMPARE(pictureSize(bytes), expected);
 }
 
 QTEST_APPLESS_MAIN(TestPictureCheck)

@@ -35,5 +35,7 @@ font_packages=(fonts-dejavu-core)
 # What the tests, the benchmarks and their helpers need beyond that.
 test_packages=(binutils groff-base libbenchmark-dev pkg-config python3-jsonschema
     "${font_packages[@]}")
+# What the fuzz targets are built with, and what names the places in their reports.
+fuzz_packages=(clang libclang-rt-dev llvm)
 # A display for the demo where there is none.
 display_packages=(xauth xvfb)

@@ -11,5 +11,6 @@ QSize pictureSize(const QByteArray &picture)
     buffer.setData(picture);
     QImageReader reader(&buffer);
     const LibraryLog::DecoderSilence silence;
-    return reader.size();
+    const QSize size = reader.size();
+    return size.isEmpty() ? QSize() : size; // some formats announce a side of 0
 }

@@ -24,7 +24,8 @@ QString GetInifileString(const QString &section, const QString &key, const QStri
     if (!openConfiguration(configuration))
         return {};
 
-    QTextStream stream(&configuration);
+    // Ended by a line's end: a decoder waits for the rest of a character that the file's end cuts.
+    QTextStream stream(configuration.readAll() + '\n', QIODevice::ReadOnly);
     stream.setCodec("UTF-8");
     stream.setAutoDetectUnicode(false);
 
