@@ -3,8 +3,6 @@
 #include "AnimModel.h"
 #include "TinyPictures.h"
 
-#include <QtEndian>
-
 /// Animation models of about `size` bytes, each of what takes the most memory beside its bytes. The
 /// slide is the page 1; its picture is tiny. Identifiers of shapes are all that there can be.
 namespace LargeModels {
@@ -14,6 +12,14 @@ using namespace AnimModel;
 using Make = QByteArray (*)(int size);
 
 constexpr int kPage = 1;
+
+/// Puts a number into the bytes, its highest byte first.
+template <typename Number>
+void overwrite(QByteArray &bytes, int at, Number value)
+{
+    for (size_t i = 0; i < sizeof value; ++i)
+        bytes[at + int(i)] = char(quint64(value) >> (8 * (sizeof value - 1 - i)));
+}
 
 inline QByteArray onePage(std::list<PPT_Shape *> shapes, std::list<PPT_Effect *> effects,
                           const QByteArray &image = TinyPictures::png())
@@ -63,12 +69,12 @@ inline QByteArray manyPages(int size, const QByteArray &image)
     const QByteArray other = onePage({}, {}, image).mid(kPagesAt);
     const int others = size / other.size();
     QByteArray bytes = onePage({}, {});
-    qToBigEndian<qint32>(1 + others, bytes.data() + kCountAt);
+    overwrite<qint32>(bytes, kCountAt, 1 + others);
     bytes.reserve(bytes.size() + others * other.size());
     for (int i = 0; i < others; ++i) {
         const int at = bytes.size();
         bytes += other;
-        qToBigEndian<quint16>(static_cast<quint16>(2 + i % 0xFFFF), bytes.data() + at);
+        overwrite(bytes, at, static_cast<quint16>(2 + i % 0xFFFF));
     }
     return bytes;
 }

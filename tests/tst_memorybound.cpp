@@ -229,7 +229,7 @@ private Q_SLOTS:
         QFETCH(int, size);
         QByteArray model = make(size);
         if (countAt >= 0)
-            qToBigEndian<qint32>(kMost, model.data() + countAt);
+            overwrite<qint32>(model, countAt, kMost);
         if (header.isEmpty())
             header = PageFiles::pageResultFile(3, model).left(14);
         const QString file = PageFiles::write(dir, QStringLiteral("page"), header + model);
