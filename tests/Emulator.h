@@ -23,3 +23,10 @@ inline QStringList commandOf(const QString &program)
     return runner.isEmpty() ? QStringList{program}
                             : QStringList{QFile::decodeName(runner), program};
 }
+
+/// What a program said on standard error, without the emulator's word on how it ended.
+inline QByteArray withoutEmulator(const QByteArray &err)
+{
+    const int at = emulator().isEmpty() ? -1 : err.indexOf("qemu: uncaught target signal");
+    return at < 0 ? err : err.left(at);
+}

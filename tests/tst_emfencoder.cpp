@@ -439,7 +439,7 @@ private Q_SLOTS:
         QCOMPARE(inputs(), QStringList());
         QCOMPARE(outputs().size(), told.back().files.size());
         if (!told.back().files.isEmpty())
-            QCOMPARE(int(read(told.back().files[0])[6]), format);
+            QCOMPARE(int(qint8(read(told.back().files[0])[6])), format);
         else
             QCOMPARE(log->takeLines(),
                      QStringList(QStringLiteral("2 VPrnt encode Emf failed! (format:%1, file:%2)")

@@ -27,3 +27,4 @@ foreach(test IN ITEMS tst_faults tst_killed)
     DOCPAGE_PROGRAM="$<TARGET_FILE:docpage>"
     FAULTS_LIBRARIES="${preloaded}")
 endforeach()
+set_tests_properties(tst_faults PROPERTIES COST 100) # the longest: not begun last

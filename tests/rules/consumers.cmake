@@ -50,3 +50,5 @@ docdisplay_consumer_test(system_kxbase REQUIRES stage
                          DEFINITIONS "PKG_CONFIG=${PKG_CONFIG_PROGRAM}")
 docdisplay_consumer_test(system_kxbase_packages REQUIRES stage
                          DEFINITIONS "PKG_CONFIG=${PKG_CONFIG_PROGRAM}")
+# These build the library again.
+set_property(TEST subproject system_kxbase system_kxbase_packages APPEND PROPERTY LABELS builds)
