@@ -315,6 +315,17 @@ private Q_SLOTS:
         QVERIFY(player.GetImg().isNull());
     }
 
+    void destructionFreesThePages()
+    {
+        QByteArray picture(100, 'x');
+        {
+            OpenPlayer player;
+            player.take(newPage({newShape(1, 0, 0, 1, 1, picture)}, {}, picture));
+            QVERIFY(!picture.isDetached()); // the page and its shape share the bytes
+        }
+        QVERIFY(picture.isDetached());
+    }
+
     void clearForgetsAllButTheHead()
     {
         OpenPlayer player;

@@ -8,17 +8,33 @@
 #include <array>
 #include <filesystem>
 #include <fstream>
+#include <functional>
 #include <string>
 #include <vector>
 
 #include <fcntl.h>
 #include <spawn.h>
+#include <sys/syscall.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 namespace fs = std::filesystem;
 
 Q_DECLARE_METATYPE(std::string)
+
+namespace {
+
+// What a link's text is answered with, instead of the system's answer.
+std::function<ssize_t(char *text, size_t size)> readlinkHook;
+
+} // namespace
+
+// In the C library's place.
+extern "C" Q_DECL_EXPORT ssize_t readlink(const char *path, char *text, size_t size)
+{
+    return readlinkHook ? readlinkHook(text, size)
+                        : ::syscall(SYS_readlinkat, AT_FDCWD, path, text, size);
+}
 
 namespace {
 
@@ -230,6 +246,27 @@ private Q_SLOTS:
         QCOMPARE(texts.value(3), QByteArray::fromStdString(name));
     }
 
+    // Up to 4096 bytes are asked for. The system closes the text with no NUL, and leaves anything
+    // behind where it fails.
+    void answersOfTheSystem_data()
+    {
+        QTest::addColumn<bool>("isKnown");
+        QTest::addColumn<QString>("path");
+        QTest::newRow("all that is asked for") << true << QString(4096, QLatin1Char('x'));
+        QTest::newRow("failure") << false << QString();
+    }
+    void answersOfTheSystem()
+    {
+        QFETCH(bool, isKnown);
+        readlinkHook = [isKnown](char *text, size_t size) {
+            std::fill_n(text, size, 'x');
+            return isKnown ? static_cast<ssize_t>(size) : -1;
+        };
+        const QString path = GetAppPathFileName();
+        readlinkHook = nullptr;
+        QTEST(path, "path");
+    }
+
     void version_data()
     {
         QTest::addColumn<std::string>("content");
@@ -300,6 +337,7 @@ private Q_SLOTS:
     void fixedResults()
     {
         QCOMPARE(GetKxPrintDir(), QStringLiteral(""));
+        QVERIFY(!GetKxPrintDir().isNull());
         QCOMPARE(MeetDeviceType(), std::string("pc"));
         const QStringList keys{
             QString(),         QStringLiteral("a"),    QStringLiteral("A\\B\\C"),

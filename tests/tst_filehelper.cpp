@@ -579,6 +579,34 @@ private Q_SLOTS:
         QCOMPARE(md5, MakeMd5(content.left(static_cast<int>(qMax(size, kMiB)))));
     }
 
+    // The size of a file of the system may be more than there is to read.
+    void md5OfLessThanTheSize_data()
+    {
+        QTest::addColumn<qint64>("readable");
+        QTest::newRow("nothing") << qint64(0);
+        QTest::newRow("a part of a chunk") << qint64(1000);
+        QTest::newRow("a chunk") << kMiB;
+        QTest::newRow("a chunk and a part of one") << kMiB + 1000;
+    }
+    void md5OfLessThanTheSize()
+    {
+        QFETCH(qint64, readable);
+        const QByteArray content = pattern(3 * kMiB);
+        const QString file = made("less", content);
+        int calls = 0;
+        qint64 left = readable;
+        const ReadHook hook([&](int fd, void *to, size_t asked) {
+            if (++calls > 100)
+                qFatal("reading does not end");
+            const ssize_t got = systemRead(fd, to, qMin(asked, static_cast<size_t>(left)));
+            left -= got;
+            return got;
+        });
+        QString md5;
+        QCOMPARE(GetFileMd5(file, md5), 0);
+        QCOMPARE(md5, MakeMd5(content.left(static_cast<int>(readable))));
+    }
+
     void md5InBoundedMemory()
     {
         const QString file = sparse("1 GiB", 1024 * kMiB);
