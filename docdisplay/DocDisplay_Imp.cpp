@@ -12,12 +12,13 @@ namespace {
 constexpr quint32 kEnd = 0xFFFFFFFF; // of a page's steps, or of a step's duration
 constexpr int kFramesPerSecond = 25;
 
-// Loads a slide into a player that CreatePPTAnimDisplayer() has made; the payload is gone as soon
-// as it is decoded.
+// Loads a slide into a player. The library's own lets the payload go as soon as it is decoded.
 bool load(PPTAnimDisplayBase &player, quint32 page, QByteArray &&data)
 {
-    return static_cast<PPTAnimDisplay &>(player).InitAndDrop(static_cast<int>(page),
-                                                             std::move(data), kFramesPerSecond);
+    const int pageId = static_cast<int>(page);
+    if (auto *own = qobject_cast<PPTAnimDisplay *>(&player))
+        return own->InitAndDrop(pageId, std::move(data), kFramesPerSecond);
+    return player.Init(pageId, data, kFramesPerSecond);
 }
 
 } // namespace

@@ -44,7 +44,8 @@ target_compile_definitions(tst_docpage_check PRIVATE
 docdisplay_test(tst_displaydeck_sample LABELS docdisplay SOURCES DocpageRun.cpp
                 LIBRARIES docpage_parts)
 docdisplay_test(tst_docpage_sample LABELS tools SOURCES DocpageRun.cpp LIBRARIES docpage_parts)
-foreach(test IN ITEMS tst_displaydeck_sample tst_docpage_sample)
+docdisplay_test(tst_samplepaint LABELS pptanim SOURCES DocpageRun.cpp LIBRARIES docdisplay_static)
+foreach(test IN ITEMS tst_displaydeck_sample tst_docpage_sample tst_samplepaint)
   add_dependencies(${test} docpage)
   target_compile_definitions(${test} PRIVATE
     DOCPAGE_PROGRAM="${docpage_program}"

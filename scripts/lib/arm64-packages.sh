@@ -9,11 +9,12 @@ arm64_packages=(libqt5printsupport5 libqt5test5 libstdc++6 zlib1g "${font_packag
 arm64_bare_packages=(qtbase5-dev qt5-qmake zlib1g-dev)
 
 # arm64_apt FOLDER ARGUMENT...: apt-get as on an ARM system without any package, with its lists and
-# archives in the folder.
+# archives in the folder. No lock: it would be beside the status file.
 arm64_apt() {
     local folder=$1
     shift
     apt-get -q -o APT::Architecture=arm64 -o APT::Architectures=arm64 -o APT::Sandbox::User=root \
+        -o Debug::NoLocking=1 \
         -o Acquire::Languages=none -o Dir::State="$folder" -o Dir::State::status=/dev/null \
         -o Dir::Cache="$folder" "$@"
 }
