@@ -66,7 +66,7 @@ void readList(CStdDataStream &stream, std::list<PPT_Effect *> &list)
         stream.readRawData(block.data(), whole * kEffectSize);
         for (int i = 0; i < whole; ++i) {
             list.push_back(new PPT_Effect);
-            RecordReader<kEffectSize> record(block.data() + i * kEffectSize);
+            RecordReader<kEffectSize> record(block.data() + qptrdiff{i} * kEffectSize);
             record >> *list.back();
         }
         count -= whole;
