@@ -2,6 +2,7 @@
 
 #include "emfdeal/EmfDeal.h"
 #include "tools/docpage/EndRequest.h"
+#include "tools/docpage/FreeSpace.h"
 #include "tools/docpage/LibraryLog.h"
 #include "tools/docpage/PageFile.h"
 
@@ -10,10 +11,7 @@
 #include <QSocketNotifier>
 
 #include <atomic>
-#include <limits>
 #include <map>
-
-#include <sys/statvfs.h>
 
 namespace {
 
@@ -40,15 +38,6 @@ Jobs jobsOf(const QVector<EncodeInput> &pictures)
     return jobs;
 }
 
-// Unlimited when the system does not tell.
-qint64 freeSpace(const QByteArray &folder)
-{
-    struct statvfs status = {};
-    if (::statvfs(folder.constData(), &status) != 0)
-        return std::numeric_limits<qint64>::max();
-    return static_cast<qint64>(status.f_bavail) * static_cast<qint64>(status.f_frsize);
-}
-
 // Why a picture failed. The library knows the step, but not the system's reason.
 QString faultOf(const EncodeInput &picture, qint64 freeBytes)
 {
@@ -71,9 +60,9 @@ public:
         , m_onPage(onPage)
         , m_jobs(jobsOf(pictures))
         , m_left(static_cast<int>(m_jobs.size()))
-        , m_folder(QFile::encodeName(QFileInfo(prefix).path()))
+        , m_folder(QFileInfo(prefix).path())
         , m_prefix(prefix)
-        , m_freeBytes(freeSpace(m_folder))
+        , m_freeBytes(FreeSpace(m_folder).bytes)
     {
         for (int i = 0; i < pictures.size(); ++i)
             m_result.pages.append(QString());
@@ -86,7 +75,7 @@ public:
         // Of before a failure, which is told when all files are deleted.
         QObject::connect(
             &m_encoder, &EmfDeal::s_EmfEncodeProcess, &m_encoder,
-            [this] { m_freeBytes = freeSpace(m_folder); }, Qt::DirectConnection);
+            [this] { m_freeBytes = FreeSpace(m_folder).bytes; }, Qt::DirectConnection);
         QObject::connect(&m_encoder, &EmfDeal::s_EmfEncodeFinished, &m_loop,
                          [this](const std::string &id, const QStringList &files) {
                              takePages(m_jobs.at(id), files);
@@ -151,8 +140,8 @@ private:
     const QVector<EncodeInput> &m_pictures;
     const std::function<void(const EncodeInput &)> &m_onPage;
     Jobs m_jobs;
-    int m_left;                // jobs that have not ended
-    const QByteArray m_folder; // of the pages
+    int m_left;             // jobs that have not ended
+    const QString m_folder; // of the pages
     const QString m_prefix;
     std::atomic<qint64> m_freeBytes; // there, when the last page was done
     EncodeResult m_result;

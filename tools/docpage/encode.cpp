@@ -3,6 +3,7 @@
 #include "tools/docpage/Console.h"
 #include "tools/docpage/EncodeJobs.h"
 #include "tools/docpage/EndRequest.h"
+#include "tools/docpage/FreeSpace.h"
 #include "tools/docpage/InputFile.h"
 #include "tools/docpage/PageFile.h"
 #include "tools/docpage/PictureCheck.h"
@@ -11,7 +12,6 @@
 #include "tools/docpage/WorkRate.h"
 
 #include <QDir>
-#include <QStorageInfo>
 
 #include <numeric>
 
@@ -126,12 +126,12 @@ private:
             fail(m_folder, fault);
             return false;
         }
-        const QStorageInfo storage(m_staging.filePath({}));
-        const qint64 needed = neededSpace(m_sizes, qMax(storage.blockSize(), 1));
-        if (storage.isValid() && storage.bytesAvailable() < needed) {
+        const FreeSpace space(m_staging.filePath({}));
+        const qint64 needed = neededSpace(m_sizes, space.blockSize);
+        if (space.bytes < needed) {
             fail(m_folder, QStringLiteral("not enough space: %1 bytes are needed, %2 are free")
                                .arg(needed)
-                               .arg(storage.bytesAvailable()));
+                               .arg(space.bytes));
             return false;
         }
         return true;

@@ -1,0 +1,17 @@
+#include "tools/docpage/FreeSpace.h"
+
+#include <QFile>
+
+#include <limits>
+
+#include <sys/statvfs.h>
+
+FreeSpace::FreeSpace(const QString &folder)
+    : bytes(std::numeric_limits<qint64>::max())
+{
+    struct statvfs status = {};
+    if (::statvfs(QFile::encodeName(folder).constData(), &status) != 0)
+        return;
+    bytes = static_cast<qint64>(status.f_bavail) * static_cast<qint64>(status.f_frsize);
+    blockSize = qMax<qint64>(static_cast<qint64>(status.f_frsize), 1);
+}
