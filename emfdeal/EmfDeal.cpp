@@ -21,6 +21,24 @@ void removeAll(const QStringList &files, int from = 0)
         succeeds([&] { return QFile::remove(files.at(i)); });
 }
 
+// Emits the signal that a job has ended. What is thrown by it, as by a receiver in this thread, is
+// no reason for the thread to end.
+template <typename Emit>
+void tellEnd(const std::string &taskId, const Emit &emitEnd)
+{
+    const bool isTold = succeeds([&] {
+        emitEnd();
+        return true;
+    });
+    if (isTold)
+        return;
+    succeeds([&] { // without the line, if need be
+        KxBase::KxSDKCommonLog(Kxlogger::LOG_LEVEL_ERROR, kModule,
+                               "encode Emf, tell end failed! (task:%s)", taskId.c_str());
+        return true;
+    });
+}
+
 } // namespace
 
 EmfDeal::EmfDeal(QObject *parent)
@@ -83,10 +101,7 @@ void EmfDeal::slot_startEmfEncode(std::string taskId, DocCovRslt::PAGE_FORMAT_DE
         return true;
     });
     if (isDone) {
-        succeeds([&] {
-            Q_EMIT s_EmfEncodeFinished(taskId, outputs);
-            return true;
-        });
+        tellEnd(taskId, [&] { Q_EMIT s_EmfEncodeFinished(taskId, outputs); });
         return;
     }
     succeeds([&] { // without the line, if need be
@@ -102,10 +117,9 @@ void EmfDeal::slot_startEmfEncode(std::string taskId, DocCovRslt::PAGE_FORMAT_DE
     });
     removeAll(files, i);
     removeAll(outputs);
-    succeeds([&] {
+    tellEnd(taskId, [&] {
         Q_EMIT s_EmfEncodeFailed(taskId, isCancelled ? DocCovRslt::COVER_ERR_CANCELLED
                                                      : DocCovRslt::COVER_ERR_FILE_FAILED);
-        return true;
     });
 }
 

@@ -47,17 +47,19 @@ QByteArray readUpTo(QFile &file, qint64 limit)
     return bytes;
 }
 
-// Passes over up to `limit` bytes and returns how many there were.
-qint64 skipUpTo(QFile &file, qint64 limit)
+// Reads up to `limit` bytes, which are not kept, and returns how many there were. A seek would pass
+// over those that cannot be read, too.
+qint64 countUpTo(QFile &file, qint64 limit)
 {
-    qint64 skipped = 0;
-    while (skipped < limit) {
-        const qint64 got = file.skip(limit - skipped);
+    std::array<char, 65536> block;
+    qint64 count = 0;
+    while (count < limit) {
+        const qint64 got = file.read(block.data(), qMin<qint64>(limit - count, block.size()));
         if (got <= 0)
             break;
-        skipped += got;
+        count += got;
     }
-    return skipped;
+    return count;
 }
 
 // Opens a page result file and reads its header; the payload comes next. What is refused is logged.
@@ -180,6 +182,6 @@ int decodedFormat(const QString &path)
     PageResultHeader header;
     if (!openPage(file, header))
         return shownFormat(path, DocCovRslt::PAGE_FORMAT_NONE, 0);
-    const qint64 size = skipUpTo(file, payloadLimit(header));
+    const qint64 size = countUpTo(file, payloadLimit(header));
     return shownFormat(path, formatOf(header, size), size);
 }

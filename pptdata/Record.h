@@ -99,13 +99,16 @@ inline void readBytes(QDataStream &stream, quint32 length, QByteArray &bytes)
     bytes.clear();
     if (length == kNull)
         return;
-    if (length > 0 && length > stream.device()->bytesAvailable()) {
+    if (length == 0) {
+        bytes = QByteArray("", 0); // takes no memory, as resize(0) would
+        return;
+    }
+    if (length > stream.device()->bytesAvailable()) {
         stream.skipRawData(INT_MAX); // to the end, which sets the status
         return;
     }
-    bytes.resize(static_cast<int>(length)); // which takes no memory for an empty one
-    if (length > 0)
-        stream.readRawData(bytes.data(), bytes.size());
+    bytes.resize(static_cast<int>(length));
+    stream.readRawData(bytes.data(), bytes.size());
 }
 
 /// Reads a byte array.

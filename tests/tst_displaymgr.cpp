@@ -436,6 +436,19 @@ private Q_SLOTS:
         QTest::newRow("empty") << page("empty", 4, {})
                                << QStringList{
                                       QStringLiteral("decodeEmf, rsltDat.size <= 0! (file:%1)")};
+        // Whatever the blocks are that it is read by.
+        const QByteArray truncated = PageFiles::pageResultFile(4, QByteArray(200000, 'p'));
+        const auto cutRow = [&](const char *name, int payload, const char *reader) {
+            QTest::newRow(name) << PageFiles::write(dir, QString::fromLatin1(name),
+                                                    truncated.left(14 + payload))
+                                << QStringList{QString::fromLatin1(reader),
+                                               QStringLiteral("decodeEmf, picFormat(5) not "
+                                                              "support! (file:%1)")};
+        };
+        cutRow("no payload", 0, "getPicDataFromFile readSize:0 != headDatSize:200000");
+        cutRow("a byte", 1, "getPicDataFromFile readSize:1 != headDatSize:200000");
+        cutRow("a byte too few", 199999,
+               "getPicDataFromFile readSize:199999 != headDatSize:200000");
         QTest::newRow("text instead of a picture") << page("text", 2, "hello") << QStringList();
     }
     void whatCannotBeShown()

@@ -624,6 +624,27 @@ private Q_SLOTS:
         QCOMPARE(outputs(), QStringList());
     }
 
+    void receiverThrows()
+    {
+        Encoder encoder;
+        connect(&encoder.deal, &EmfDeal::s_EmfEncodeFinished, &encoder.deal,
+                [] { throw std::runtime_error("fault"); });
+        connect(&encoder.deal, &EmfDeal::s_EmfEncodeFailed, &encoder.deal, [] { throw 1; });
+        encoder.deal.startEmfEncode("a", kPng, {}, prefix());
+        encoder.deal.startEmfEncode("b", kPng, {file(text("missing"))}, prefix());
+        encoder.deal.startEmfEncode("c", kPng, {}, prefix());
+        encoder.start();
+        QCOMPARE(whats(encoder.wait(3)),
+                 QStringList({text("a: finished"), text("b: failed 9"), text("c: finished")}));
+        encoder.stop();
+        QCOMPARE(failures(),
+                 QStringList({text("2 VPrnt encode Emf, tell end failed! (task:a)"),
+                              QStringLiteral("2 VPrnt encode Emf failed! (format:4, file:%1)")
+                                  .arg(file(text("missing"))),
+                              text("2 VPrnt encode Emf, tell end failed! (task:b)"),
+                              text("2 VPrnt encode Emf, tell end failed! (task:c)")}));
+    }
+
     // In the caller's thread, without a registration of the caller's.
     void queuedDelivery()
     {

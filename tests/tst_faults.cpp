@@ -7,7 +7,9 @@
 #include <QMap>
 #include <QtTest>
 
-#include <memory>
+#include <algorithm>
+#include <array>
+#include <cstring>
 
 namespace {
 
@@ -58,10 +60,58 @@ constexpr Fault kFaults[] = {
     {"memory", 0, ENOMEM, false, false, kLargeAllocation},
 };
 
+constexpr std::array<const char *, 8> kKinds = {"open",   "read",  "write", "rename",
+                                                "unlink", "mkdir", "close", "memory"};
+
+struct Command
+{
+    const char *line;
+    std::array<int, kKinds.size()> leastCalls; // of each kind, by the files that there are
+};
+
+constexpr Command kCommands[] = {
+    {"wrap red.png noise.png -o new", {4, 2, 2, 2, 0, 1, 4, 1}},
+    {"wrap red.png noise.png -o out --force", {4, 2, 2, 3, 0, 0, 4, 1}},
+    {"encode red.png grey.jpg noise.png -o new", {6, 3, 3, 3, 1, 1, 6, 1}},
+    {"encode red.png grey.jpg noise.png -o out --force", {6, 3, 3, 4, 1, 0, 6, 1}},
+    {"info picture doc/page_0", {2, 2, 0, 0, 0, 0, 2, 1}},
+    {"check picture doc/page_0", {2, 2, 0, 0, 0, 0, 2, 1}},
+    {"unwrap picture -o new", {2, 1, 1, 1, 0, 0, 2, 1}},
+    {"unwrap picture -o old --force", {2, 1, 1, 2, 0, 0, 2, 1}},
+    {"build deck.json -o new", {5, 3, 2, 2, 0, 1, 5, 1}},
+    {"build deck.json -o out --force", {5, 3, 2, 3, 0, 0, 5, 1}},
+    {"model doc/page_0", {1, 1, 0, 0, 0, 0, 1, 1}},
+    {"model doc/page_0 doc/page_1 --json --extract new -o new/deck.json", {5, 2, 3, 3, 0, 1, 5, 1}},
+    {"render picture -o new.png", {2, 1, 1, 1, 0, 0, 2, 1}},
+    {"render doc/page_0 --step 1 --ms 100 -o new.png", {2, 1, 1, 1, 0, 0, 2, 1}},
+    {"render doc -o new.png", {4, 2, 1, 1, 0, 0, 3, 1}},
+    {"play doc/page_0 doc/page_1 -o new --fps 4", {7, 2, 5, 5, 0, 1, 7, 1}},
+};
+
+int leastCalls(const Command &command, const Fault &fault)
+{
+    const auto *const kind = std::find_if(kKinds.begin(), kKinds.end(), [&](const char *one) {
+        return std::strcmp(one, fault.kind) == 0;
+    });
+    return command.leastCalls.at(static_cast<size_t>(kind - kKinds.begin()));
+}
+
 int leastFor(const QStringList &command)
 {
     const bool usesOthers = command.constFirst() == text("play") || command.contains(text("doc"));
     return usesOthers ? kLargeAllocation : kLeastAllocation;
+}
+
+// What "check" finds wrong is its output. Of what a file holds, a fault tells nothing.
+Outcome withFindingsAsErrors(Outcome outcome)
+{
+    for (const QByteArray &line : outcome.out.split('\n')) {
+        if (line.contains(": error: unreadable: "))
+            outcome.err += "docpage: " + line + '\n';
+        else if (!line.isEmpty() && !line.contains(": ok, "))
+            outcome.err += line + '\n';
+    }
+    return outcome;
 }
 
 QByteArray nameOf(const Fault &fault)
@@ -112,20 +162,15 @@ private Q_SLOTS:
     {
         QTest::addColumn<QStringList>("arguments");
         QTest::addColumn<const Fault *>("fault");
-        for (const char *command :
-             {"wrap red.png noise.png -o new", "wrap red.png noise.png -o out --force",
-              "encode red.png grey.jpg noise.png -o new", "encode red.png grey.jpg -o out --force",
-              "info picture doc/page_0", "unwrap picture -o new", "unwrap picture -o old --force",
-              "build deck.json -o new", "build deck.json -o out --force", "model doc/page_0",
-              "model doc/page_0 doc/page_1 --json --extract new -o new/deck.json",
-              "render picture -o new.png", "render doc/page_0 --step 1 --ms 100 -o new.png",
-              "render doc -o new.png", "play doc/page_0 doc/page_1 -o new --fps 4"}) {
+        QTest::addColumn<int>("leastCalls");
+        for (const Command &command : kCommands) {
+            const QStringList arguments = words(command.line);
             for (const Fault &fault : kFaults) {
                 // A sanitizer has an allocator of its own, which is in front of the faults.
-                if (fault.least > 0 && (kSanitized || fault.least < leastFor(words(command))))
+                if (fault.least > 0 && (kSanitized || fault.least < leastFor(arguments)))
                     continue;
-                QTest::addRow("%s: %s", command, nameOf(fault).constData())
-                    << words(command) << &fault;
+                QTest::addRow("%s: %s", command.line, nameOf(fault).constData())
+                    << arguments << &fault << leastCalls(command, fault);
             }
         }
     }
@@ -133,6 +178,7 @@ private Q_SLOTS:
     {
         QFETCH(QStringList, arguments);
         QFETCH(const Fault *, fault);
+        QFETCH(int, leastCalls);
         Fault now = *fault;
         Workplace undisturbed;
         fill(undisturbed);
@@ -140,13 +186,15 @@ private Q_SLOTS:
         const FaultyRun whole = runWithFault(undisturbed, arguments, now);
         QCOMPARE(whole.outcome.err, QByteArray());
         QCOMPARE(whole.outcome.status, 0);
-        QVERIFY(whole.calls >= 0);
+        QVERIFY2(whole.calls >= leastCalls, qPrintable(QString::number(whole.calls)));
         const QStringList done = undisturbed.entries();
 
         for (now.at = 1; now.at <= whole.calls; ++now.at) {
             Workplace place;
             fill(place);
-            const Outcome outcome = runWithFault(place, arguments, now).outcome;
+            Outcome outcome = runWithFault(place, arguments, now).outcome;
+            if (arguments.constFirst() == text("check"))
+                outcome = withFindingsAsErrors(outcome);
             const QString wrong = harm(outcome, place.entries(), before, done);
             QVERIFY2(wrong.isEmpty(), qPrintable(QStringLiteral("call %1 of %2: %3\n%4")
                                                      .arg(now.at)
@@ -156,9 +204,45 @@ private Q_SLOTS:
                 QCOMPARE(outcome.out, whole.outcome.out);
         }
     }
+
+    // Calls whose failing cannot go unnoticed.
+    void neededCalls_data()
+    {
+        QTest::addColumn<Fault>("fault");
+        QTest::addColumn<QByteArray>("message");
+        const auto row = [](const char *name, const Fault &fault, const char *message) {
+            QTest::newRow(name) << fault << QByteArray(message);
+        };
+        row("the first input", {"open", 1, EIO}, "docpage: red.png: Input/output error\n");
+        row("the first page itself", {"open", 2, EACCES},
+            "docpage: new/page_0: Permission denied\n");
+        row("what the first input holds", {"read", 1, EIO},
+            "docpage: red.png: Input/output error\n");
+        row("the folder", {"mkdir", 1, ENOSPC}, "docpage: new: No space left on device\n");
+        row("what the first page holds", {"write", 1, ENOSPC},
+            "docpage: new/page_0: No space left on device\n");
+        row("the name of the first page", {"rename", 1, EIO},
+            "docpage: new/page_0: Input/output error\n");
+        row("the name of the other page", {"rename", 2, EIO},
+            "docpage: new/page_1: Input/output error\n");
+        if (!kSanitized)
+            row("room for noise.png", {"memory", 1, ENOMEM, false, false, kLargeAllocation},
+                "docpage: noise.png: out of memory\n");
+    }
+    void neededCalls()
+    {
+        QFETCH(Fault, fault);
+        Workplace place;
+        fill(place);
+        const Outcome outcome =
+            runWithFault(place, words("wrap red.png noise.png -o new"), fault).outcome;
+        QTEST(outcome.err, "message");
+        QCOMPARE(outcome.status, 1);
+    }
 };
 
 Q_DECLARE_METATYPE(const Fault *)
+Q_DECLARE_METATYPE(Fault)
 
 QTEST_GUILESS_MAIN(TestFaults)
 #include "tst_faults.moc"

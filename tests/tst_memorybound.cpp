@@ -6,6 +6,7 @@
 #include "common/FileHelper.h"
 #include "docdisplay/DocDisplayMgr.h"
 #include "emfdeal/EmfDeal.h"
+#include "pptdata/Record.h"
 
 #include <KxCommon/KxIniFile.h>
 
@@ -180,6 +181,17 @@ private Q_SLOTS:
         });
         QCOMPARE(image.size(), QSize(4, 3));
         QCOMPARE(excess(played, n), QString());
+    }
+
+    // A deck may have any number of them.
+    void anEmptyPicture()
+    {
+        QDataStream stream(QByteArray(4, '\0'));
+        QByteArray picture;
+        const LiveBytes::Count count;
+        readByteArray(stream, picture);
+        QCOMPARE(stream.status(), QDataStream::Ok);
+        QCOMPARE(count.highest(), qint64(0));
     }
 
     // With the bytes kept by the caller, whose they are.

@@ -9,6 +9,7 @@
 #include <cstring>
 
 #include <dlfcn.h>
+#include <pthread.h>
 #include <sys/syscall.h>
 #include <unistd.h>
 
@@ -134,6 +135,7 @@ Main *programMain = nullptr;
 int countedMain(int argc, char **argv, char **environment)
 {
     readPlan();
+    ::pthread_atfork(nullptr, nullptr, [] { isAtWork = false; });
     hasReachedFiles = !plan.below;
     isAtWork = true;
     const int status = programMain(argc, argv, environment);

@@ -6,8 +6,9 @@
 #include <fcntl.h>
 
 /// What a library that is preloaded into a program makes fail there: the n-th of its calls of one
-/// kind, counted from the start of main() to its end. The environment tells it; without FAULT_KIND
-/// nothing is counted and nothing fails.
+/// kind, counted from the start of main() to its end. A child that it forks neither counts nor
+/// fails: which of its calls would be the n-th is not its parent's. The environment tells it;
+/// without FAULT_KIND nothing is counted and nothing fails.
 ///
 ///   FAULT_KIND       open, read, write, rename (or link), unlink (or rmdir), mkdir, close, memory
 ///   FAULT_AT         the number of the call that fails, from 1; none without it
