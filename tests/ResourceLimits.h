@@ -4,8 +4,6 @@
 
 #include <QFile>
 
-#include <cstdlib>
-
 #include <sys/resource.h>
 #include <unistd.h>
 
@@ -57,15 +55,4 @@ inline rlim_t addressSpaceFor(rlim_t bytes)
         return RLIM_INFINITY;
     const auto pages = statm.readAll().split(' ').constFirst().toULongLong();
     return static_cast<rlim_t>(pages) * static_cast<rlim_t>(::sysconf(_SC_PAGESIZE)) + bytes;
-}
-
-/// Whether the limit of RLIMIT_AS is one here: emulators of a processor do not apply it.
-inline bool isAddressSpaceLimited()
-{
-    constexpr rlim_t kMegabyte = 1 << 20;
-    const ResourceLimit limit(RLIMIT_AS, addressSpaceFor(16 * kMegabyte));
-    void *volatile memory = std::malloc(64 * kMegabyte); // volatile, or it need not be tried
-    const bool isLimited = !memory;
-    std::free(memory);
-    return isLimited;
 }

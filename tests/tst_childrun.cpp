@@ -1,14 +1,15 @@
 #include "ResourceLimits.h"
 #include "tools/docpage/check/ChildRun.h"
 
-#include <QElapsedTimer>
 #include <QTemporaryDir>
 #include <QtTest>
 
 #include <csignal>
 #include <cstdlib>
+#include <new>
 #include <stdexcept>
 
+#include <poll.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -23,6 +24,53 @@ QByteArray work()
 {
     return "done";
 }
+
+QByteArray loop()
+{
+    for (;;)
+        ::getppid();
+}
+
+QByteArray wait()
+{
+    for (;;)
+        ::pause();
+}
+
+// Has a function throw that must not.
+template <typename Exception>
+QByteArray terminate()
+{
+    const Work work = []() -> QByteArray { throw Exception(); };
+    [&]() noexcept { work(); }();
+    return {};
+}
+
+struct Word : std::runtime_error
+{
+    Word()
+        : runtime_error("word")
+    {
+    }
+};
+
+/// Blocks a signal, until the end of the scope.
+class SignalBlock
+{
+public:
+    explicit SignalBlock(int signal)
+    {
+        sigset_t blocked = {};
+        sigemptyset(&blocked);
+        sigaddset(&blocked, signal);
+        ::pthread_sigmask(SIG_BLOCK, &blocked, &before);
+    }
+    ~SignalBlock() { ::pthread_sigmask(SIG_SETMASK, &before, nullptr); }
+    Q_DISABLE_COPY_MOVE(SignalBlock)
+
+private:
+    sigset_t before = {};
+};
 
 } // namespace
 
@@ -39,8 +87,12 @@ private Q_SLOTS:
     void endings();
     void longAnswer();
     void leavesTheProcessAsItWas();
+    void workCannotExceedItsProcessorTime_data();
     void workCannotExceedItsProcessorTime();
+    void workIsGivenUpInTheEnd_data();
     void workIsGivenUpInTheEnd();
+    void workEndsWithItsProcess();
+    void leavesNoCore();
     void workCannotExceedItsMemory();
     void noProcess();
     void closesWhatItOpened();
@@ -67,8 +119,13 @@ void TestChildRun::endings_data()
     row(
         "exit", []() -> QByteArray { ::_exit(3); }, Ending::Crashed, "", "exit status 3");
     row(
-        "exception", []() -> QByteArray { throw std::runtime_error("word"); }, Ending::Crashed, "",
-        "exit status 1");
+        "exception", []() -> QByteArray { throw Word(); }, Ending::Crashed, "", "exit status 1");
+    row("exception that must not leave", terminate<Word>, Ending::Crashed, "", "Aborted");
+    row(
+        "out of memory", []() -> QByteArray { throw std::bad_alloc(); }, Ending::OutOfMemory, "",
+        "needs more memory");
+    row("out of memory where that must not leave", terminate<std::bad_alloc>, Ending::OutOfMemory,
+        "", "needs more memory");
 }
 
 void TestChildRun::endings()
@@ -104,37 +161,100 @@ void TestChildRun::leavesTheProcessAsItWas()
     QCOMPARE(::waitpid(-1, nullptr, WNOHANG), -1); // no child is left
 }
 
+void TestChildRun::workCannotExceedItsProcessorTime_data()
+{
+    QTest::addColumn<Work>("work");
+    QTest::addColumn<qint64>("cpuTime");
+
+    const auto row = [](const char *name, Work work, qint64 cpuTime) {
+        QTest::newRow(name) << work << cpuTime;
+    };
+    row("told", loop, 1000);
+    row(
+        "does not listen",
+        [] {
+            std::signal(SIGXCPU, SIG_IGN);
+            return loop();
+        },
+        2000);
+}
+
 void TestChildRun::workCannotExceedItsProcessorTime()
 {
-    QElapsedTimer timer;
-    timer.start();
-    const ChildResult result = runInChild(
-        []() -> QByteArray {
-            for (;;)
-                ::getppid();
-        },
-        {64 * kMegabyte, 1, 250});
+    QFETCH(Work, work);
+    QFETCH(qint64, cpuTime);
+    const SignalBlock block(SIGXCPU); // is no concern of the child
+    const ChildResult result = runInChild(work, {64 * kMegabyte, 1, 250});
     QVERIFY(result.ending == Ending::TimedOut);
     QCOMPARE(result.fault, QStringLiteral("takes too long"));
-    QVERIFY(timer.elapsed() < 200000);
+    QVERIFY2(result.cpuTime > cpuTime - 100, QByteArray::number(result.cpuTime));
+    QVERIFY2(result.cpuTime < cpuTime + 800, QByteArray::number(result.cpuTime));
+    QVERIFY(result.wallTime < 200000);
+}
+
+void TestChildRun::workIsGivenUpInTheEnd_data()
+{
+    QTest::addColumn<Work>("work");
+
+    QTest::newRow("waits") << Work(wait);
+    QTest::newRow("closes all files and waits") << Work([] {
+        for (int descriptor = STDERR_FILENO + 1; descriptor < 1024; ++descriptor)
+            ::close(descriptor);
+        return wait();
+    });
 }
 
 void TestChildRun::workIsGivenUpInTheEnd()
 {
-    const ChildResult result = runInChild(
-        []() -> QByteArray {
-            for (;;)
-                ::pause();
-        },
-        {64 * kMegabyte, 60, 1});
+    QFETCH(Work, work);
+    const ChildResult result = runInChild(work, {64 * kMegabyte, 60, 1});
     QVERIFY(result.ending == Ending::TimedOut);
     QCOMPARE(result.fault, QStringLiteral("takes too long"));
+    QVERIFY(result.wallTime >= 1000);
     QCOMPARE(::waitpid(-1, nullptr, WNOHANG), -1);
+}
+
+void TestChildRun::workEndsWithItsProcess()
+{
+    int ends[2] = {};
+    QCOMPARE(::pipe(ends), 0);
+    const pid_t process = ::fork();
+    if (process == 0) {
+        runInChild(
+            [&] {
+                const bool isTold = ::write(ends[1], "x", 1) == 1;
+                return isTold ? wait() : QByteArray();
+            },
+            {64 * kMegabyte});
+        ::_exit(0);
+    }
+    ::close(ends[1]);
+    char byte = 0;
+    QCOMPARE(::read(ends[0], &byte, 1), ssize_t(1)); // it works
+    ::kill(process, SIGKILL);
+    ::waitpid(process, nullptr, 0);
+    pollfd closed = {ends[0], POLLIN, 0};
+    QCOMPARE(::poll(&closed, 1, 60000), 1);
+    QCOMPARE(::read(ends[0], &byte, 1), ssize_t(0)); // nobody is left to write
+    ::close(ends[0]);
+}
+
+void TestChildRun::leavesNoCore()
+{
+    const ResourceLimit limit(RLIMIT_CORE, 1);
+    const ChildResult result = runInChild(
+        [] {
+            rlimit inside = {1, 1};
+            ::getrlimit(RLIMIT_CORE, &inside);
+            return QByteArray::number(static_cast<qulonglong>(inside.rlim_cur));
+        },
+        {64 * kMegabyte});
+    QCOMPARE(result.answer, QByteArray("0"));
 }
 
 void TestChildRun::workCannotExceedItsMemory()
 {
-    if (!isAddressSpaceLimited())
+    if (!limitsMemory())
         return; // a sanitizer or an emulator reserves its own and takes no limit
     const auto allocate = [](qint64 bytes) {
         return runInChild(

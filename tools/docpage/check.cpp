@@ -1,6 +1,7 @@
 #include "tools/docpage/CommandLine.h"
 #include "tools/docpage/Commands.h"
 #include "tools/docpage/Console.h"
+#include "tools/docpage/PageFormatName.h"
 #include "tools/docpage/check/PageReport.h"
 
 #include <QJsonArray>
@@ -12,6 +13,11 @@ namespace {
 constexpr qint64 kMegabyte = 1 << 20;
 constexpr unsigned int kDefaultMegabytes = 1024; // what all pictures of a slide may take elsewhere
 constexpr unsigned int kMostMegabytes = 1 << 20;
+
+qint64 pictureCount(const PageReport &report)
+{
+    return static_cast<qint64>(report.images.size());
+}
 
 QString text(const QString &file, const PageReport &report)
 {
@@ -26,10 +32,21 @@ QString text(const QString &file, const PageReport &report)
         text += begin +
                 QStringLiteral("and %1 more\n").arg(counted(report.findings.leftOut(), "finding"));
     if (!report.findings.hasError())
-        text += begin +
-                QStringLiteral("ok, %1, %2 decoded\n")
-                    .arg(counted(report.pictures, "picture"), counted(report.decodedBytes, "byte"));
+        text += begin + QStringLiteral("ok, %1, %2 decoded\n")
+                            .arg(counted(pictureCount(report), "picture"),
+                                 counted(report.decodedBytes, "byte"));
     return text;
+}
+
+QJsonArray json(const std::vector<DecodedImage> &images)
+{
+    QJsonArray array;
+    for (const DecodedImage &image : images)
+        array.append(QJsonObject{{QStringLiteral("bytes"), image.bytes},
+                                 {QStringLiteral("height"), image.size.height()},
+                                 {QStringLiteral("offset"), image.offset},
+                                 {QStringLiteral("width"), image.size.width()}});
+    return array;
 }
 
 QJsonObject json(const QString &file, const PageReport &report)
@@ -41,12 +58,18 @@ QJsonObject json(const QString &file, const PageReport &report)
             {QStringLiteral("message"), finding.words},
             {QStringLiteral("offset"), finding.offset},
             {QStringLiteral("severity"), QLatin1String(severityName(finding.severity))}});
-    return {{QStringLiteral("decodedBytes"), report.decodedBytes},
-            {QStringLiteral("file"), file},
-            {QStringLiteral("findings"), findings},
-            {QStringLiteral("findingsLeftOut"), report.findings.leftOut()},
-            {QStringLiteral("ok"), !report.findings.hasError()},
-            {QStringLiteral("pictures"), report.pictures}};
+    QJsonObject object{{QStringLiteral("decodedBytes"), report.decodedBytes},
+                       {QStringLiteral("file"), file},
+                       {QStringLiteral("findings"), findings},
+                       {QStringLiteral("findingsLeftOut"), report.findings.leftOut()},
+                       {QStringLiteral("images"), json(report.images)},
+                       {QStringLiteral("ok"), !report.findings.hasError()},
+                       {QStringLiteral("pictures"), pictureCount(report)}};
+    if (report.format != DocCovRslt::PAGE_FORMAT_NONE) {
+        object[QStringLiteral("format")] = QLatin1String(pageFormatName(report.format).key);
+        object[QStringLiteral("formatCode")] = report.format;
+    }
+    return object;
 }
 
 } // namespace

@@ -2,6 +2,7 @@
 #include "tools/docpage/Commands.h"
 #include "tools/docpage/Console.h"
 #include "tools/docpage/PageFile.h"
+#include "tools/docpage/PageFormatName.h"
 #include "tools/docpage/PictureCheck.h"
 #include "tools/docpage/PictureSize.h"
 #include "tools/docpage/SlideSteps.h"
@@ -15,24 +16,6 @@
 #include <new>
 
 namespace {
-
-struct FormatName
-{
-    const char *inWords;
-    const char *key;
-};
-
-FormatName nameOf(qint32 format)
-{
-    switch (format) {
-    case DocCovRslt::PAGE_FORMAT_JPG:
-        return {"JPG picture", "jpg"};
-    case DocCovRslt::PAGE_FORMAT_PNG:
-        return {"PNG picture", "png"};
-    default:
-        return {"slide animation data", "slide-animation"};
-    }
-}
 
 bool isPicture(const PageFile &page)
 {
@@ -86,8 +69,9 @@ QString stepsText(PPT_fileDat &model)
 
 QString Info::text()
 {
-    QString text = QLatin1String(nameOf(page.header.picFormat).inWords) + QStringLiteral(", ") +
-                   counted(page.payload.size(), "byte") + QStringLiteral(", ");
+    QString text = QLatin1String(pageFormatName(page.header.picFormat).inWords) +
+                   QStringLiteral(", ") + counted(page.payload.size(), "byte") +
+                   QStringLiteral(", ");
     if (isPicture(page)) {
         const QSize size = pictureSize(page.payload);
         text += size.isValid()
@@ -132,12 +116,13 @@ QJsonArray pagesJson(PPT_fileDat &model)
 
 QJsonObject Info::json()
 {
-    QJsonObject info{{QStringLiteral("version"),
-                      QStringLiteral("0x%1").arg(page.header.version, 4, 16, QLatin1Char('0'))},
-                     {QStringLiteral("format"), QLatin1String(nameOf(page.header.picFormat).key)},
-                     {QStringLiteral("formatCode"), page.header.picFormat},
-                     {QStringLiteral("payloadSize"), page.payload.size()},
-                     {QStringLiteral("trailingBytes"), page.trailingBytes}};
+    QJsonObject info{
+        {QStringLiteral("version"),
+         QStringLiteral("0x%1").arg(page.header.version, 4, 16, QLatin1Char('0'))},
+        {QStringLiteral("format"), QLatin1String(pageFormatName(page.header.picFormat).key)},
+        {QStringLiteral("formatCode"), page.header.picFormat},
+        {QStringLiteral("payloadSize"), page.payload.size()},
+        {QStringLiteral("trailingBytes"), page.trailingBytes}};
     if (isPicture(page)) {
         const QSize size = pictureSize(page.payload);
         info[QStringLiteral("picture")] =

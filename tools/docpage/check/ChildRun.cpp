@@ -3,13 +3,17 @@
 #include "tools/docpage/LibraryLog.h"
 
 #include <QDeadlineTimer>
+#include <QElapsedTimer>
 #include <QFile>
 
 #include <algorithm>
 #include <array>
 #include <cerrno>
 #include <csignal>
+#include <cstdlib>
 #include <cstring>
+#include <exception>
+#include <new>
 
 #include <fcntl.h>
 #include <poll.h>
@@ -21,14 +25,48 @@
 namespace {
 
 constexpr int kChildFailed = 1;
+constexpr int kChildOutOfMemory = 112; // which work does not come to by itself
 
 // Never above what the process had before.
-void limitResource(__rlimit_resource resource, rlim_t amount)
+void limitResource(__rlimit_resource resource, rlim_t soft, rlim_t hard)
 {
     rlimit limit = {};
     ::getrlimit(resource, &limit);
-    limit.rlim_cur = std::min(limit.rlim_cur, amount);
+    limit.rlim_cur = std::min(limit.rlim_cur, soft);
+    limit.rlim_max = std::min(limit.rlim_max, hard);
     ::setrlimit(resource, &limit);
+}
+
+// The first second too many is told by a signal that work may catch, the next one by one that ends
+// it.
+void limitProcessorTime(int seconds)
+{
+    const auto soft = static_cast<rlim_t>(seconds);
+    limitResource(RLIMIT_CPU, soft, soft + 1);
+    std::signal(SIGXCPU, SIG_DFL);
+    sigset_t told = {};
+    sigemptyset(&told);
+    sigaddset(&told, SIGXCPU);
+    ::sigprocmask(SIG_UNBLOCK, &told, nullptr);
+}
+
+int statusOfException()
+{
+    try {
+        throw;
+    } catch (const std::bad_alloc &) {
+        return kChildOutOfMemory;
+    } catch (...) {
+        return kChildFailed;
+    }
+}
+
+// Memory may lack where no exception may leave.
+[[noreturn]] void endForTermination()
+{
+    if (std::current_exception() && statusOfException() == kChildOutOfMemory)
+        ::_exit(kChildOutOfMemory);
+    std::abort();
 }
 
 // Bytes of address space; unlimited when the system does not tell.
@@ -46,10 +84,9 @@ void applyLimits(const ChildLimits &limits)
     const rlim_t present = addressSpace();
     const auto more = static_cast<rlim_t>(limits.memory);
     if (present < RLIM_INFINITY - more)
-        limitResource(RLIMIT_AS, present + more);
-    limitResource(RLIMIT_CPU, static_cast<rlim_t>(limits.cpuSeconds));
-    limitResource(RLIMIT_CORE, 0); // a crash is expected, and told
-    std::signal(SIGXCPU, SIG_DFL);
+        limitResource(RLIMIT_AS, present + more, present + more);
+    limitProcessorTime(limits.cpuSeconds);
+    limitResource(RLIMIT_CORE, 0, 0);   // a crash is expected, and told
     ::prctl(PR_SET_PDEATHSIG, SIGKILL); // nobody waits for it then
 }
 
@@ -72,17 +109,18 @@ bool writeAll(int descriptor, const QByteArray &bytes)
     bool isDone = false;
     try {
         const LibraryLog::DecoderSilence silence;
+        std::set_terminate(endForTermination);
         applyLimits(limits);
         isDone = writeAll(descriptor, work());
     } catch (...) { // whatever it is, it ends here
+        ::_exit(statusOfException());
     }
     ::_exit(isDone ? 0 : kChildFailed);
 }
 
 // Reads until the other end is closed, or time is up.
-bool readAll(int descriptor, int seconds, QByteArray &bytes)
+bool readAll(int descriptor, const QDeadlineTimer &deadline, QByteArray &bytes)
 {
-    const QDeadlineTimer deadline(qint64(seconds) * 1000);
     std::array<char, 4096> buffer = {};
     for (;;) {
         pollfd waited = {descriptor, POLLIN, 0};
@@ -100,12 +138,29 @@ bool readAll(int descriptor, int seconds, QByteArray &bytes)
     }
 }
 
-int waitFor(pid_t child)
+// Waits for the end of the child, and brings it about when time is up. A child may have closed its
+// end of the pipe long before, and the system has no way to wait for it and for a time together.
+int waitFor(pid_t child, const QDeadlineTimer &deadline, rusage &usage)
 {
+    constexpr int kPause = 1; // ms
     int status = 0;
-    while (::waitpid(child, &status, 0) < 0 && errno == EINTR) {
+    for (;;) {
+        const bool isTimeUp = deadline.hasExpired();
+        if (isTimeUp)
+            ::kill(child, SIGKILL);
+        const pid_t ended = ::wait4(child, &status, isTimeUp ? 0 : WNOHANG, &usage);
+        if (ended == child || (ended < 0 && errno != EINTR))
+            return status;
+        if (ended == 0)
+            ::poll(nullptr, 0, kPause);
     }
-    return status;
+}
+
+qint64 milliseconds(const rusage &usage)
+{
+    const qint64 seconds = qint64(usage.ru_utime.tv_sec) + usage.ru_stime.tv_sec;
+    const qint64 microseconds = qint64(usage.ru_utime.tv_usec) + usage.ru_stime.tv_usec;
+    return seconds * 1000 + microseconds / 1000;
 }
 
 ChildResult resultOf(int status, const QByteArray &answer)
@@ -115,9 +170,33 @@ ChildResult resultOf(int status, const QByteArray &answer)
         return {Ending::TimedOut, {}, QStringLiteral("takes too long")};
     if (WIFSIGNALED(status))
         return {Ending::Crashed, {}, QString::fromLocal8Bit(::strsignal(WTERMSIG(status)))};
+    if (WEXITSTATUS(status) == kChildOutOfMemory)
+        return {Ending::OutOfMemory, {}, QStringLiteral("needs more memory")};
     if (WEXITSTATUS(status) != 0)
         return {Ending::Crashed, {}, QStringLiteral("exit status %1").arg(WEXITSTATUS(status))};
     return {Ending::Finished, answer, {}};
+}
+
+ChildResult watch(pid_t child, int descriptor, const ChildLimits &limits)
+{
+    QElapsedTimer timer;
+    timer.start();
+    const QDeadlineTimer deadline(qint64(limits.wallSeconds) * 1000);
+    QByteArray answer;
+    if (!readAll(descriptor, deadline, answer))
+        ::kill(child, SIGKILL);
+    rusage usage = {};
+    ChildResult result = resultOf(waitFor(child, deadline, usage), answer);
+    result.cpuTime = milliseconds(usage);
+    result.wallTime = timer.elapsed();
+    const bool isKilled = result.ending == ChildResult::Ending::Crashed;
+    if (isKilled && (deadline.hasExpired() || result.cpuTime >= qint64(limits.cpuSeconds) * 1000))
+        result = {ChildResult::Ending::TimedOut,
+                  {},
+                  QStringLiteral("takes too long"),
+                  result.cpuTime,
+                  result.wallTime};
+    return result;
 }
 
 } // namespace
@@ -132,16 +211,9 @@ ChildResult runInChild(const std::function<QByteArray()> &work, const ChildLimit
         workAsChild(work, limits, ends[1]);
     const int error = errno;
     ::close(ends[1]);
-    ChildResult result{ChildResult::Ending::NotStarted, {}, qt_error_string(error)};
-    if (child > 0) {
-        QByteArray answer;
-        const bool isInTime = readAll(ends[0], limits.wallSeconds, answer);
-        if (!isInTime)
-            ::kill(child, SIGKILL);
-        result = resultOf(waitFor(child), answer);
-        if (!isInTime)
-            result = {ChildResult::Ending::TimedOut, {}, QStringLiteral("takes too long")};
-    }
+    const ChildResult result =
+        child > 0 ? watch(child, ends[0], limits)
+                  : ChildResult{ChildResult::Ending::NotStarted, {}, qt_error_string(error)};
     ::close(ends[0]);
     return result;
 }

@@ -16,10 +16,12 @@ struct ChildLimits
 /// What came of work in a child process.
 struct ChildResult
 {
-    enum class Ending { Finished, Crashed, TimedOut, NotStarted };
+    enum class Ending { Finished, Crashed, OutOfMemory, TimedOut, NotStarted };
     Ending ending = Ending::NotStarted;
-    QByteArray answer; ///< what the work returned, when it finished
-    QString fault;     ///< how it ended otherwise
+    QByteArray answer;   ///< what the work returned, when it finished
+    QString fault;       ///< how it ended otherwise
+    qint64 cpuTime = 0;  ///< ms of work that it took
+    qint64 wallTime = 0; ///< ms until it ended
 };
 
 /// Runs `work` in a copy of this process, which has to have no other threads, so that whatever it

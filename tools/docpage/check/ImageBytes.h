@@ -4,14 +4,15 @@
 
 #include <limits>
 
-/// The bytes of an image in the player's format, four for each pixel; the most there is when that
-/// is no number, and 0 for a size that is none.
-inline qint64 imageBytes(QSize size)
+/// The bytes of an image, whose lines are multiples of four bytes; the most there is when that is
+/// no number, and 0 for a size that is none. \param depth bits of a pixel: unless given, those of
+/// the player's images
+inline qint64 imageBytes(QSize size, int depth = 32)
 {
-    constexpr qint64 kPixelBytes = 4;
+    constexpr qint64 kLineBits = 32;
     constexpr qint64 kMost = std::numeric_limits<qint64>::max();
-    if (!size.isValid())
+    if (size.isEmpty())
         return 0;
-    const qint64 pixels = qint64(size.width()) * size.height();
-    return pixels > kMost / kPixelBytes ? kMost : pixels * kPixelBytes;
+    const qint64 line = (qint64(size.width()) * depth + kLineBits - 1) / kLineBits * 4;
+    return line > kMost / size.height() ? kMost : line * size.height();
 }

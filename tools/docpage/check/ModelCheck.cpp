@@ -3,7 +3,6 @@
 #include "common/FloatToInt.h"
 #include "tools/docpage/Console.h"
 #include "tools/docpage/SlideSteps.h"
-#include "tools/docpage/check/ImageBytes.h"
 
 #include <QFileInfo>
 #include <QHash>
@@ -19,15 +18,33 @@ namespace {
 constexpr qint8 kClick = 1;
 constexpr qint8 kAfter = 3;
 
-// The place in a document that the name of a file ends in, as "page_3". Not all names do. The
-// player takes the lower 16 bits of it.
-std::optional<quint16> placeInDocument(const QString &file)
+// The place of a file in its document, as its name tells it.
+struct Place
 {
-    static const QRegularExpression number(QStringLiteral("_([0-9]+)$"));
+    quint16 number;
+    bool isCertain; // else the number may also be that of a year, or of anything
+};
+
+// The name of a file may end in its place, as "page_3". The player takes the lower 16 bits of it.
+std::optional<Place> placeInDocument(const QString &file)
+{
+    static const QRegularExpression number(QStringLiteral("^(.*)_([0-9]+)$"));
     const QRegularExpressionMatch match = number.match(QFileInfo(file).fileName());
     bool isNumber = false;
-    const unsigned int place = match.captured(1).toUInt(&isNumber);
-    return isNumber ? std::optional(static_cast<quint16>(place)) : std::nullopt;
+    const unsigned int place = match.captured(2).toUInt(&isNumber);
+    if (!isNumber)
+        return std::nullopt;
+    return Place{static_cast<quint16>(place), match.captured(1) == QLatin1String("page")};
+}
+
+// Of parts with the same number or id the last one, which replaces the others.
+template <typename Part, typename Id>
+QHash<quint16, const Part *> lastOnes(const std::vector<Part> &parts, Id id)
+{
+    QHash<quint16, const Part *> last;
+    for (const Part &part : parts)
+        last[id(part)] = &part;
+    return last;
 }
 
 QString nameOf(const LocatedPage &page)
@@ -66,15 +83,25 @@ Span spanOf(float place, int size)
     return {begin, begin + size};
 }
 
-// Whether a shape that rests beside the page crosses it when it enters from the left or leaves to
-// the right.
-bool crossesPage(const LocatedPage &page, const LocatedShape &shape, const Span &across)
+// Where a picture `width` pixels wide is seen while it moves from one place to another.
+Span sweep(qint64 from, qint64 to, int width)
 {
+    return {std::min(from, to), std::max(from, to) + width};
+}
+
+// Whether a shape that rests beside the background crosses it as it enters or leaves. The player
+// moves it by the size that the model gives the shape and the page, which need not be that of the
+// pictures.
+bool crossesBackground(const LocatedPage &page, const PPT_Shape &shape, QSize picture,
+                       const Span &background, int pageWidth)
+{
+    const qint64 rest = toPixels(shape.left);
+    const Span entering = sweep(-qint64(toPixels(shape.width)), rest, picture.width());
+    const Span leaving = sweep(rest, pageWidth, picture.width());
     return std::any_of(page.effects.begin(), page.effects.end(), [&](const PPT_Effect &effect) {
-        const bool isLeaving = effect.exit == -1;
-        return effect.shapeId == shape.shape.shapeId &&
+        return effect.shapeId == shape.shapeId &&
                toUInt32(static_cast<double>(effect.timing.duration * 1000.0F)) > 0 &&
-               (isLeaving ? across.end <= 0 : across.begin > 0);
+               (effect.exit == -1 ? leaving : entering).meets(background);
     });
 }
 
@@ -109,97 +136,109 @@ void ModelCheck::check(const QByteArray &payload, qint64 start, const QString &f
     if (bytesAfter > 0)
         add(Severity::Warning, "bytes-after-model", m_model.end,
             QStringLiteral("the slide animation data is ") + followedByIgnored(bytesAfter));
-    checkPageNumbers(file);
-    checkRepeatedPages();
-    for (const LocatedPage &page : m_model.pages)
-        checkPage(page);
+    checkPages(file);
 }
 
-void ModelCheck::checkPageNumbers(const QString &file)
+// Only what is asked for decides whether all would show. When that is not known, each page may be.
+void ModelCheck::checkPages(const QString &file)
 {
     const std::vector<LocatedPage> &pages = m_model.pages;
-    const std::optional<quint16> place = placeInDocument(file);
-    const auto isAsked = [&](const LocatedPage &page) { return page.pageId == place; };
-    if (pages.empty()) {
+    const std::optional<Place> place = placeInDocument(file);
+    const auto last = lastOnes(pages, [](const LocatedPage &page) { return page.pageId; });
+    const bool isThere = place && last.contains(place->number);
+    if (pages.empty())
         add(Severity::Error, "no-page", m_model.pageCountOffset(),
             QStringLiteral("the slide animation data has no pages"));
-    } else if (!place && pages.size() > 1) {
+    else if (place && !isThere)
+        add(place->isCertain ? Severity::Error : Severity::Warning, "page-missing",
+            m_model.pageCountOffset(),
+            QStringLiteral("there is no page %1, the number that the file's name ends in")
+                .arg(place->number));
+    else if (!place && pages.size() > 1)
         add(Severity::Note, "several-pages", m_model.pageCountOffset(),
             QStringLiteral("of %1 pages only the one is shown whose number is that of the file in "
                            "its document")
                 .arg(pages.size()));
-    } else if (place && std::none_of(pages.begin(), pages.end(), isAsked)) {
-        add(Severity::Error, "page-missing", m_model.pageCountOffset(),
-            QStringLiteral("there is no page %1, the number that the file's name ends in")
-                .arg(*place));
-    } else if (place) {
-        for (const LocatedPage &page : pages) {
-            if (!isAsked(page))
-                add(Severity::Warning, "page-unused", page.offset,
-                    QStringLiteral("%1 is not shown: the file's name ends in %2")
-                        .arg(nameOf(page))
-                        .arg(*place));
-        }
-    }
-}
-
-void ModelCheck::checkRepeatedPages()
-{
-    QSet<quint16> laterPages;
-    for (auto page = m_model.pages.rbegin(); page != m_model.pages.rend(); ++page) {
-        if (laterPages.contains(page->pageId))
-            add(Severity::Error, "repeated-page-id", page->offset,
-                QStringLiteral("%1 is not shown: a later one has the same number")
-                    .arg(nameOf(*page)));
-        laterPages.insert(page->pageId);
+    const bool isKnown = place && (isThere || place->isCertain);
+    for (const LocatedPage &page : pages) {
+        if (isKnown && page.pageId != place->number)
+            add(Severity::Warning, "page-unused", page.offset,
+                QStringLiteral("%1 is not shown: the file's name ends in %2")
+                    .arg(nameOf(page))
+                    .arg(place->number));
+        else if (last.value(page.pageId) != &page)
+            add(Severity::Error, "repeated-page-id", page.offset,
+                nameOf(page) + QStringLiteral(" is not shown: a later one has the same number"));
+        else
+            checkPage(page);
     }
 }
 
 void ModelCheck::checkPage(const LocatedPage &page)
 {
     m_slideBytes = 0;
-    QSize background;
+    checkShapes(page, checkBackground(page));
+    checkEffects(page);
+    checkSteps(page);
+    if (m_slideBytes > m_budget.memory())
+        add(Severity::Error, "slide-too-large", page.offset,
+            QStringLiteral("%1: its pictures take %2 bytes, more than %3")
+                .arg(nameOf(page))
+                .arg(m_slideBytes)
+                .arg(m_budget.memory()));
+}
+
+// Returns its size, if it has any.
+QSize ModelCheck::checkBackground(const LocatedPage &page)
+{
     if (page.image.isEmpty()) {
         add(Severity::Error, "no-background", page.imageOffset(),
             nameOf(page) + QStringLiteral(" is not shown: it has no background"));
-    } else {
-        const PictureVerdict verdict =
-            m_report.addPicture(page.image, QStringLiteral("background of ") + nameOf(page),
-                                page.imageOffset(), m_maxMemory);
-        background = verdict.size;
-        m_slideBytes += imageBytes(background);
+        return {};
     }
+    const QSize background =
+        addPicture(page.image, QStringLiteral("background of ") + nameOf(page), page.imageOffset())
+            .size;
     const QSize size(pageSide(m_model.head.width), pageSide(m_model.head.height));
     if (background.isValid() && background != size)
         add(Severity::Warning, "page-size-mismatch", page.imageOffset(),
             QStringLiteral("background of %1: %2 pixels, but pages of %3")
                 .arg(nameOf(page), sizeText(background), sizeText(size)));
-    checkShapes(page, background);
-    checkRepeatedShapes(page);
-    checkEffects(page);
-    checkSteps(page);
-    if (m_slideBytes > m_maxMemory)
-        add(Severity::Error, "slide-too-large", page.offset,
-            QStringLiteral("%1: its pictures take %2 bytes, more than %3")
-                .arg(nameOf(page))
-                .arg(m_slideBytes)
-                .arg(m_maxMemory));
+    return background;
 }
 
 void ModelCheck::checkShapes(const LocatedPage &page, QSize background)
 {
+    const auto last =
+        lastOnes(page.shapes, [](const LocatedShape &shape) { return shape.shape.shapeId; });
     for (const LocatedShape &shape : page.shapes) {
-        if (shape.shape.picDat.isEmpty()) {
-            add(Severity::Warning, "shape-without-picture", shape.offset,
-                nameOf(page, shape) + QStringLiteral(" has no picture"));
-            continue;
-        }
-        const PictureVerdict verdict = m_report.addPicture(shape.shape.picDat, nameOf(page, shape),
-                                                           shape.pictureOffset(), m_maxMemory);
-        m_slideBytes += imageBytes(verdict.size);
-        if (verdict.isShown() && background.isValid())
-            checkPlace(page, shape, verdict.size, background);
+        if (last.value(shape.shape.shapeId) != &shape)
+            add(Severity::Error, "repeated-shape-id", shape.offset,
+                nameOf(page, shape) + QStringLiteral(" is not shown: a later one has the same id"));
+        else
+            checkShape(page, shape, background);
     }
+}
+
+void ModelCheck::checkShape(const LocatedPage &page, const LocatedShape &shape, QSize background)
+{
+    if (shape.shape.picDat.isEmpty()) {
+        add(Severity::Warning, "shape-without-picture", shape.offset,
+            nameOf(page, shape) + QStringLiteral(" has no picture"));
+        return;
+    }
+    const PictureVerdict verdict =
+        addPicture(shape.shape.picDat, nameOf(page, shape), shape.pictureOffset());
+    if (verdict.isShown() && background.isValid())
+        checkPlace(page, shape, verdict.size, background);
+}
+
+PictureVerdict ModelCheck::addPicture(const QByteArray &picture, const QString &name, qint64 offset)
+{
+    PictureVerdict verdict =
+        m_report.addPicture({picture, PictureUse::Slide, name, offset}, m_budget);
+    m_slideBytes += verdict.bytes;
+    return verdict;
 }
 
 // The picture is painted in its own size on the background, whatever the sizes in the model.
@@ -219,25 +258,13 @@ void ModelCheck::checkPlace(const LocatedPage &page, const LocatedShape &shape, 
     if (across.meets(pageAcross) && down.meets(pageDown))
         add(Severity::Note, "shape-partly-off-page", shape.offset,
             place + QStringLiteral(", is partly off the page"));
-    else if (down.meets(pageDown) && crossesPage(page, shape, across))
+    else if (down.meets(pageDown) && crossesBackground(page, shape.shape, picture, pageAcross,
+                                                       pageSide(m_model.head.width)))
         add(Severity::Warning, "shape-off-page", shape.offset,
             place + QStringLiteral(", is off the page but while it moves"));
     else
         add(Severity::Error, "shape-off-page", shape.offset,
             place + QStringLiteral(", is off the page"));
-}
-
-void ModelCheck::checkRepeatedShapes(const LocatedPage &page)
-{
-    QSet<quint16> laterShapes;
-    for (auto shape = page.shapes.rbegin(); shape != page.shapes.rend(); ++shape) {
-        const quint16 id = shape->shape.shapeId;
-        if (laterShapes.contains(id))
-            add(Severity::Error, "repeated-shape-id", shape->offset,
-                nameOf(page, *shape) +
-                    QStringLiteral(" is not shown: a later one has the same id"));
-        laterShapes.insert(id);
-    }
 }
 
 void ModelCheck::checkEffects(const LocatedPage &page)

@@ -10,10 +10,10 @@
 class ModelCheck
 {
 public:
-    /// \param maxMemory bytes that the decoding of a picture, and the pictures of a slide, may take
-    ModelCheck(PageReport &report, qint64 maxMemory)
+    /// \param budget for the pictures of the file; its memory is for the images of a slide, too
+    ModelCheck(PageReport &report, DecodingBudget &budget)
         : m_report(report)
-        , m_maxMemory(maxMemory)
+        , m_budget(budget)
     {
     }
 
@@ -22,19 +22,20 @@ public:
     void check(const QByteArray &payload, qint64 start, const QString &file);
 
 private:
-    void checkPageNumbers(const QString &file);
-    void checkRepeatedPages();
+    void checkPages(const QString &file);
     void checkPage(const LocatedPage &page);
+    QSize checkBackground(const LocatedPage &page);
     void checkShapes(const LocatedPage &page, QSize background);
+    void checkShape(const LocatedPage &page, const LocatedShape &shape, QSize background);
     void checkPlace(const LocatedPage &page, const LocatedShape &shape, QSize picture,
                     QSize background);
-    void checkRepeatedShapes(const LocatedPage &page);
     void checkEffects(const LocatedPage &page);
     void checkSteps(const LocatedPage &page);
+    PictureVerdict addPicture(const QByteArray &picture, const QString &name, qint64 offset);
     void add(Severity severity, const char *code, qint64 offset, const QString &words);
 
     PageReport &m_report;
-    const qint64 m_maxMemory;
+    DecodingBudget &m_budget;
     LocatedModel m_model;
     qint64 m_slideBytes = 0; // of the pictures of a page
 };

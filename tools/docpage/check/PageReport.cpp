@@ -52,10 +52,14 @@ void checkPage(const QString &file, qint64 maxMemory, PageReport &report)
         report.findings.add(Severity::Warning, "trailing-bytes", kStart + page.payload.size(),
                             QStringLiteral("the payload is ") +
                                 followedByIgnored(page.trailingBytes));
-    if (page.header.picFormat == DocCovRslt::PAGE_FORMAT_PPT_ANIM)
-        ModelCheck(report, maxMemory).check(page.payload, kStart, file);
+    report.format = page.header.picFormat;
+    DecodingBudget budget(maxMemory);
+    if (report.format == DocCovRslt::PAGE_FORMAT_PPT_ANIM)
+        ModelCheck(report, budget).check(page.payload, kStart, file);
     else
-        checkFormat(page, report.addPicture(page.payload, {}, kStart, maxMemory), report.findings);
+        checkFormat(page,
+                    report.addPicture({page.payload, PictureUse::Page, QString(), kStart}, budget),
+                    report.findings);
 }
 
 } // namespace
@@ -71,16 +75,15 @@ PageReport PageReport::of(const QString &file, qint64 maxMemory)
     return report;
 }
 
-PictureVerdict PageReport::addPicture(const QByteArray &picture, const QString &name, qint64 offset,
-                                      qint64 maxMemory)
+PictureVerdict PageReport::addPicture(const FilePicture &picture, DecodingBudget &budget)
 {
-    PictureVerdict verdict = PictureVerdict::of(picture, maxMemory);
+    PictureVerdict verdict = PictureVerdict::of(picture.bytes, picture.use, budget);
+    const QString begin = picture.name.isEmpty() ? QString() : picture.name + QStringLiteral(": ");
     if (verdict.kind != PictureVerdict::Kind::Decoded)
         findings.add(verdict.isShown() ? Severity::Warning : Severity::Error, codeOf(verdict.kind),
-                     offset,
-                     name.isEmpty() ? verdict.words : name + QStringLiteral(": ") + verdict.words);
+                     picture.offset, begin + verdict.words);
     if (verdict.isShown()) {
-        ++pictures;
+        images.push_back({picture.offset, verdict.size, verdict.bytes});
         decodedBytes += verdict.bytes;
     }
     return verdict;

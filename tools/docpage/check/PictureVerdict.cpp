@@ -5,7 +5,7 @@
 #include "tools/docpage/PictureCheck.h"
 #include "tools/docpage/PictureFault.h"
 #include "tools/docpage/PictureSize.h"
-#include "tools/docpage/check/ChildRun.h"
+#include "tools/docpage/check/DecodingBudget.h"
 #include "tools/docpage/check/ImageBytes.h"
 
 #include <QBuffer>
@@ -28,16 +28,46 @@ QByteArray formatOf(const QByteArray &picture)
     return QImageReader::imageFormat(&buffer);
 }
 
-PictureVerdict tooLarge(const QByteArray &format, QSize size, qint64 maxMemory)
+// What the picture says of itself, without being decoded.
+struct Announced
 {
+    QByteArray format;
+    QSize size;
+    qint64 bytes = 0; // of the image that is kept
+};
+
+// The bits of a pixel of the image that the decoder will make; the player's when it does not tell.
+int announcedDepth(const QByteArray &picture)
+{
+    constexpr int kDepth = 32;
+    QBuffer buffer;
+    buffer.setData(picture);
+    QImageReader reader(&buffer);
+    const LibraryLog::DecoderSilence silence;
+    const int depth = QImage(1, 1, reader.imageFormat()).depth();
+    return depth > 0 ? depth : kDepth;
+}
+
+void readAnnounced(const QByteArray &picture, PictureUse use, Announced &announced)
+{
+    announced.format = formatOf(picture);
+    announced.size = pictureSize(picture);
+    announced.bytes = use == PictureUse::Slide
+                          ? imageBytes(announced.size)
+                          : imageBytes(announced.size, announcedDepth(picture));
+}
+
+PictureVerdict tooLarge(const Announced &announced, qint64 maxMemory)
+{
+    const QSize size = announced.size;
     const QString what = size.isValid() ? QStringLiteral("picture of %1 x %2 pixels, %3 bytes")
                                               .arg(size.width())
                                               .arg(size.height())
-                                              .arg(imageBytes(size))
+                                              .arg(announced.bytes)
                                         : QStringLiteral("picture");
     return {Kind::TooLarge,
             QStringLiteral("%1: decoding takes more than %2 bytes").arg(what).arg(maxMemory),
-            format,
+            announced.format,
             {},
             0};
 }
@@ -97,16 +127,26 @@ void loadDecoders()
 
 } // namespace
 
-PictureVerdict PictureVerdict::of(const QByteArray &picture, qint64 maxMemory)
+PictureVerdict PictureVerdict::of(const QByteArray &picture, PictureUse use, DecodingBudget &budget)
 {
+    if (!budget.isTimeLeft())
+        return {Kind::Unchecked,
+                QStringLiteral("not decoded: the pictures before it took all the time there is for "
+                               "a file"),
+                {},
+                {},
+                0};
     loadDecoders();
-    const ChildResult result =
-        runInChild([&] { return toAnswer(inProcess(picture, maxMemory)); }, {maxMemory});
+    const ChildResult result = runInChild(
+        [&] { return toAnswer(inProcess(picture, use, budget.memory())); }, budget.limits());
+    budget.spend(result);
     switch (result.ending) {
     case ChildResult::Ending::Finished:
         return fromAnswer(result.answer);
     case ChildResult::Ending::Crashed:
         return crashed(result.fault);
+    case ChildResult::Ending::OutOfMemory:
+        return tooLarge({}, budget.memory());
     case ChildResult::Ending::TimedOut:
         return {Kind::TimedOut, QStringLiteral("the decoder ") + result.fault, {}, {}, 0};
     case ChildResult::Ending::NotStarted:
@@ -115,27 +155,27 @@ PictureVerdict PictureVerdict::of(const QByteArray &picture, qint64 maxMemory)
     return {Kind::Unchecked, QStringLiteral("cannot be decoded now: ") + result.fault, {}, {}, 0};
 }
 
-PictureVerdict PictureVerdict::inProcess(const QByteArray &picture, qint64 maxMemory)
+PictureVerdict PictureVerdict::inProcess(const QByteArray &picture, PictureUse use,
+                                         qint64 maxMemory)
 {
-    QByteArray format;
-    QSize announced;
+    Announced announced;
     try {
-        format = formatOf(picture);
-        announced = pictureSize(picture);
-        if (imageBytes(announced) > maxMemory)
-            return tooLarge(format, announced, maxMemory);
+        readAnnounced(picture, use, announced);
+        if (announced.bytes > maxMemory)
+            return tooLarge(announced, maxMemory);
         const LibraryLog::DecoderSilence silence;
         LibraryLog::takeMessages(); // about other pictures
         const QImage image = QImage::fromData(picture);
         const QString messages = LibraryLog::takeMessages();
-        if (image.isNull() && lacksMemory(messages, announced))
-            return tooLarge(format, announced, maxMemory);
+        if (image.isNull() && lacksMemory(messages, announced.size))
+            return tooLarge(announced, maxMemory);
         if (image.isNull())
-            return {Kind::Undecodable, undecodableWords(picture), format, {}, 0};
+            return {Kind::Undecodable, undecodableWords(picture), announced.format, {}, 0};
         const QString fault = damage(picture, messages);
-        return {fault.isEmpty() ? Kind::Decoded : Kind::Damaged, fault, format, image.size(),
-                image.sizeInBytes()};
+        return {fault.isEmpty() ? Kind::Decoded : Kind::Damaged, fault, announced.format,
+                image.size(),
+                use == PictureUse::Slide ? imageBytes(image.size()) : image.sizeInBytes()};
     } catch (const std::bad_alloc &) {
-        return tooLarge(format, announced, maxMemory);
+        return tooLarge(announced, maxMemory);
     }
 }
