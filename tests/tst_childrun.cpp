@@ -187,7 +187,8 @@ void TestChildRun::workCannotExceedItsProcessorTime()
     const ChildResult result = runInChild(work, {64 * kMegabyte, 1, 250});
     QVERIFY(result.ending == Ending::TimedOut);
     QCOMPARE(result.fault, QStringLiteral("takes too long"));
-    QVERIFY2(result.cpuTime > cpuTime - 100, QByteArray::number(result.cpuTime));
+    // The system counts towards limits by ticks, and more coarsely than it tells.
+    QVERIFY2(result.cpuTime > cpuTime - 500, QByteArray::number(result.cpuTime));
     QVERIFY2(result.cpuTime < cpuTime + 800, QByteArray::number(result.cpuTime));
     QVERIFY(result.wallTime < 200000);
 }
