@@ -88,7 +88,7 @@ private:
         for (qint32 i = 0; i < count; ++i) {
             const qint64 at = offset();
             page.effects.emplace_back();
-            if (!page.effects.back().streamFrom(m_stream))
+            if (!page.effects.back().effect.streamFrom(m_stream))
                 return isCut(at, partName("effect", i, count, pageName));
         }
         return true;

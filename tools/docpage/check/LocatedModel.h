@@ -13,6 +13,12 @@ struct LocatedShape
     qint64 pictureOffset() const;
 };
 
+/// Its place follows from those before it.
+struct LocatedEffect
+{
+    PPT_Effect effect;
+};
+
 struct LocatedPage
 {
     qint64 offset = 0;
@@ -20,7 +26,7 @@ struct LocatedPage
     QByteArray image;
     std::vector<LocatedShape> shapes;
     qint64 effectsOffset = 0;
-    std::vector<PPT_Effect> effects;
+    std::vector<LocatedEffect> effects;
 
     qint64 imageOffset() const;
     qint64 effectOffset(size_t effect) const;

@@ -98,7 +98,8 @@ bool crossesBackground(const LocatedPage &page, const PPT_Shape &shape, QSize pi
     const qint64 rest = toPixels(shape.left);
     const Span entering = sweep(-qint64(toPixels(shape.width)), rest, picture.width());
     const Span leaving = sweep(rest, pageWidth, picture.width());
-    return std::any_of(page.effects.begin(), page.effects.end(), [&](const PPT_Effect &effect) {
+    return std::any_of(page.effects.begin(), page.effects.end(), [&](const LocatedEffect &located) {
+        const PPT_Effect &effect = located.effect;
         return effect.shapeId == shape.shapeId &&
                toUInt32(static_cast<double>(effect.timing.duration * 1000.0F)) > 0 &&
                (effect.exit == -1 ? leaving : entering).meets(background);
@@ -110,17 +111,17 @@ std::vector<size_t> firstEffects(const LocatedPage &page)
 {
     std::vector<size_t> firsts;
     for (size_t i = 0; i < page.effects.size(); ++i) {
-        if (i == 0 || page.effects[i].timing.triggerType == kClick)
+        if (i == 0 || page.effects[i].effect.timing.triggerType == kClick)
             firsts.push_back(i);
     }
     return firsts;
 }
 
-QVector<SlideStep> stepsOf(std::vector<PPT_Effect> effects)
+QVector<SlideStep> stepsOf(std::vector<LocatedEffect> effects)
 {
     PPT_Page page;
-    for (PPT_Effect &effect : effects)
-        page.effects.push_back(&effect);
+    for (LocatedEffect &located : effects)
+        page.effects.push_back(&located.effect);
     PPT_fileDat model;
     model.pages[page.pageId] = &page;
     return slideSteps(model, page.pageId);
@@ -273,7 +274,7 @@ void ModelCheck::checkEffects(const LocatedPage &page)
     for (const LocatedShape &shape : page.shapes)
         shapes.insert(shape.shape.shapeId);
     for (size_t i = 0; i < page.effects.size(); ++i) {
-        const PPT_Effect &effect = page.effects[i];
+        const PPT_Effect &effect = page.effects[i].effect;
         const qint8 trigger = effect.timing.triggerType;
         const QString name = QStringLiteral("effect %1 of ").arg(i + 1) + nameOf(page);
         if (!shapes.contains(effect.shapeId))
