@@ -1,5 +1,5 @@
-# Format and static analysis of all that is compiled. The tests are formatted, but not analysed: Qt
-# Test's macros are most of what would be found.
+# Format and static analysis of all that is compiled. Tests and benchmarks are formatted, but not
+# analysed: Qt Test's macros and Google Benchmark's loops are most of what would be found.
 find_program(DOCDISPLAY_CLANG_FORMAT clang-format)
 find_program(DOCDISPLAY_RUN_CLANG_TIDY run-clang-tidy)
 find_package(Git)
@@ -16,12 +16,12 @@ add_test(NAME clang_format
 docdisplay_test_properties(clang_format LABELS lint)
 
 # A test per part, which two processors run side by side.
-foreach(part IN ITEMS common emfdeal pptdata pptanim docdisplay platform fuzz benchmarks
-                      tools/docpage tools/docviewer)
+foreach(part IN ITEMS common emfdeal pptdata pptanim docdisplay platform fuzz
+                      tools/docpage tools/docpage/check tools/docpage/deck tools/docviewer)
   string(REPLACE "/" "_" name "clang_tidy_${part}")
   add_test(NAME ${name}
     COMMAND ${DOCDISPLAY_RUN_CLANG_TIDY} -quiet -j 1 -p "${PROJECT_BINARY_DIR}"
-      "^${PROJECT_SOURCE_DIR}/${part}/.*\\.cpp$")
+      "^${PROJECT_SOURCE_DIR}/${part}/([a-z]+/src/)?[^/]*\\.cpp$")
   docdisplay_test_properties(${name} LABELS lint)
-  set_tests_properties(${name} PROPERTIES TIMEOUT 900)
+  set_tests_properties(${name} PROPERTIES TIMEOUT 1500)
 endforeach()
