@@ -18,7 +18,7 @@ QByteArray frameHash(const QImage &image)
     for (int y = 0; y < image.height(); ++y) {
         const auto *pixels = reinterpret_cast<const QRgb *>(image.constScanLine(y));
         for (int x = 0; x < image.width(); ++x)
-            qToLittleEndian<quint32>(pixels[x] | opaque, row.data() + 4 * x);
+            qToLittleEndian<quint32>(pixels[x] | opaque, row.data() + qptrdiff{4} * x);
         hash.addData(row);
     }
     return hash.result().toHex();

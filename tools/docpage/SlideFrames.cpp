@@ -19,8 +19,8 @@ QString Frame::label() const
 
 QString frameCountFault(qint64 frames, QSize size)
 {
-    constexpr qint64 kMaxFrames = 100000; // over an hour at 25 frames a second
-    constexpr qint64 kMaxPixelsOfAll = Q_INT64_C(0x1000000000); // 33140 frames of 1920 x 1080
+    constexpr qint64 kMaxFrames = 100000;                     // over an hour at 25 frames a second
+    constexpr auto kMaxPixelsOfAll = Q_INT64_C(0x1000000000); // 33140 frames of 1920 x 1080
     if (frames > kMaxFrames)
         return QStringLiteral("too long: %1 frames").arg(frames);
     if (frames * size.width() * size.height() > kMaxPixelsOfAll)
