@@ -20,7 +20,8 @@ function(docdisplay_target_defaults target)
     AUTOMOC ${ARG_MOC}
     AUTOUIC OFF
     AUTORCC OFF
-    UNITY_BUILD OFF
+    UNITY_BUILD ${DOCDISPLAY_LINT} # clang-tidy spends its time on Qt's headers: once per batch
+    UNITY_BUILD_BATCH_SIZE 8
     DEBUG_POSTFIX ""
     NO_SYSTEM_FROM_IMPORTED OFF
     INSTALL_RPATH "$ORIGIN;$ORIGIN/${DOCDISPLAY_BIN_TO_LIB}")

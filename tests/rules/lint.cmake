@@ -15,13 +15,12 @@ add_test(NAME clang_format
   WORKING_DIRECTORY "${PROJECT_SOURCE_DIR}")
 docdisplay_test_properties(clang_format LABELS lint)
 
-# A test per part, which two processors run side by side.
-foreach(part IN ITEMS common emfdeal pptdata pptanim docdisplay platform fuzz
-                      tools/docpage tools/docpage/check tools/docpage/deck tools/docviewer)
-  string(REPLACE "/" "_" name "clang_tidy_${part}")
-  add_test(NAME ${name}
-    COMMAND ${DOCDISPLAY_RUN_CLANG_TIDY} -quiet -j 1 -p "${PROJECT_BINARY_DIR}"
-      "^${PROJECT_SOURCE_DIR}/${part}/([a-z]+/src/)?[^/]*\\.cpp$")
-  docdisplay_test_properties(${name} LABELS lint)
-  set_tests_properties(${name} PROPERTIES TIMEOUT 1500)
-endforeach()
+# The sources of a target are analysed together, some at a time: the file made of them includes
+# them, and the analyser is told to look into what is included.
+add_test(NAME clang_tidy
+  COMMAND ${DOCDISPLAY_RUN_CLANG_TIDY} -quiet -j 2 -p "${PROJECT_BINARY_DIR}"
+    -checks=-bugprone-suspicious-include
+    -extra-arg=-Xclang -extra-arg=-analyzer-opt-analyze-headers
+    "^${PROJECT_BINARY_DIR}/(CMakeFiles|platform|fuzz|tools)/.*/unity_[0-9]+_cxx\\.cxx$")
+docdisplay_test_properties(clang_tidy LABELS lint)
+set_tests_properties(clang_tidy PROPERTIES TIMEOUT 1500 PROCESSORS 2)

@@ -4,7 +4,7 @@
 
 namespace {
 
-QString text(const char *english)
+QString statusLine(const char *english)
 {
     return QCoreApplication::translate("StatusText", english);
 }
@@ -13,14 +13,14 @@ QString nextText(const Presentation &show, const DocDisplayMgr::AnimStatus &posi
 {
     const PageContent &content = show.content();
     if (show.isRunning())
-        return text("playing, next: end of step %1").arg(position.step);
+        return statusLine("playing, next: end of step %1").arg(position.step);
     if (position.passedDuration < content.duration(position.step))
-        return text("next: end of step %1").arg(position.step);
+        return statusLine("next: end of step %1").arg(position.step);
     if (position.step < content.stepCount())
-        return text("next: step %1 of %2").arg(position.step + 1).arg(content.stepCount());
+        return statusLine("next: step %1 of %2").arg(position.step + 1).arg(content.stepCount());
     if (position.page + 1 < show.pageCount())
-        return text("next: page %1").arg(position.page + 2);
-    return text("end");
+        return statusLine("next: page %1").arg(position.page + 2);
+    return statusLine("end");
 }
 
 } // namespace
@@ -31,11 +31,12 @@ StatusText StatusText::of(const Presentation &show, const DocDisplayMgr::AnimSta
     if (show.pageCount() == 0)
         return status;
     const PageContent &content = show.content();
-    status.page = text("Page %1 of %2").arg(position.page + 1).arg(show.pageCount());
+    status.page = statusLine("Page %1 of %2").arg(position.page + 1).arg(show.pageCount());
     if (content.stepCount() > 0) {
-        status.step = text("Step %1 of %2").arg(position.step).arg(content.stepCount());
-        status.time =
-            text("%1 of %2 ms").arg(position.passedDuration).arg(content.duration(position.step));
+        status.step = statusLine("Step %1 of %2").arg(position.step).arg(content.stepCount());
+        status.time = statusLine("%1 of %2 ms")
+                          .arg(position.passedDuration)
+                          .arg(content.duration(position.step));
     }
     status.next = nextText(show, position);
     return status;

@@ -4,13 +4,14 @@
 
 namespace {
 
-constexpr int kMargin = 6;
+constexpr int kItemMargin = 6;
 
 } // namespace
 
 QSize ThumbnailDelegate::sizeHint(const QStyleOptionViewItem &option, const QModelIndex &) const
 {
-    return option.decorationSize + QSize(2 * kMargin, 3 * kMargin + option.fontMetrics.height());
+    return option.decorationSize +
+           QSize(2 * kItemMargin, 3 * kItemMargin + option.fontMetrics.height());
 }
 
 void ThumbnailDelegate::initStyleOption(QStyleOptionViewItem *option,

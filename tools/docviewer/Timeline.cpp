@@ -15,7 +15,7 @@
 
 namespace {
 
-constexpr int kMargin = 4; // around the line, for the focus rectangle and the cursor's ends
+constexpr int kLineMargin = 4; // around the line, for the focus rectangle and the cursor's ends
 
 // "1.24 s", "2:05.3" or "1193:02:47.2": minutes and hours only where there are any.
 QString timeText(quint32 ms)
@@ -112,12 +112,12 @@ QSize Timeline::sizeHint() const
 
 QSize Timeline::minimumSizeHint() const
 {
-    return {120, fontMetrics().height() + 2 * kMargin};
+    return {120, fontMetrics().height() + 2 * kLineMargin};
 }
 
 QRect Timeline::lineRect() const
 {
-    return contentsRect().adjusted(kMargin, kMargin, -kMargin, -kMargin);
+    return contentsRect().adjusted(kLineMargin, kLineMargin, -kLineMargin, -kLineMargin);
 }
 
 SlideMoment Timeline::momentAt(const QPoint &position) const

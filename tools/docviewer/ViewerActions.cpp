@@ -9,7 +9,7 @@
 
 namespace {
 
-QString text(const char *english)
+QString actionText(const char *english)
 {
     return QCoreApplication::translate("ViewerActions", english);
 }
@@ -17,8 +17,8 @@ QString text(const char *english)
 QAction *addAction(QMenu *menu, const char *name, const char *statusTip,
                    const QList<QKeySequence> &keys = {})
 {
-    QAction *action = menu->addAction(text(name));
-    action->setStatusTip(text(statusTip));
+    QAction *action = menu->addAction(actionText(name));
+    action->setStatusTip(actionText(statusTip));
     action->setShortcuts(keys);
     return action;
 }
@@ -53,13 +53,13 @@ ViewerActions::ViewerActions(QMainWindow *window, QWidget *view)
 
 void ViewerActions::makeFileMenu()
 {
-    QMenu *menu = m_window->menuBar()->addMenu(text("&File"));
+    QMenu *menu = m_window->menuBar()->addMenu(actionText("&File"));
     openFolder = addAction(menu, "&Open Folder ...", "Open a folder of page result files",
                            {QKeySequence::Open});
     setIcon(openFolder, QStyle::SP_DirOpenIcon);
     openFile = addAction(menu, "Open &File ...", "Open a single page result file",
                          {QKeySequence(Qt::CTRL + Qt::SHIFT + Qt::Key_O)});
-    recent = menu->addMenu(text("Open &Recent"));
+    recent = menu->addMenu(actionText("Open &Recent"));
     menu->addSeparator();
     saveFrame = addAction(menu, "&Save Picture ...", "Save what is shown as a PNG picture",
                           {QKeySequence::Save});
@@ -76,7 +76,7 @@ void ViewerActions::makeFileMenu()
 
 void ViewerActions::makeGoMenu(QWidget *view)
 {
-    QMenu *menu = m_window->menuBar()->addMenu(text("&Go"));
+    QMenu *menu = m_window->menuBar()->addMenu(actionText("&Go"));
     next = addAction(menu, "&Next", "A step on, or to the next page",
                      {Qt::Key_Right, Qt::Key_Space, Qt::Key_PageDown});
     next->setIcon(textColouredIcon(QStyle::SP_MediaSeekForward));
@@ -97,7 +97,7 @@ void ViewerActions::makeGoMenu(QWidget *view)
 
 void ViewerActions::makeViewMenu(QWidget *view)
 {
-    QMenu *menu = m_window->menuBar()->addMenu(text("&View"));
+    QMenu *menu = m_window->menuBar()->addMenu(actionText("&View"));
     zoomFit = addAction(menu, "&Fit to Window", "Show the whole page",
                         {QKeySequence(Qt::CTRL + Qt::Key_0)});
     zoomFit->setCheckable(true);
@@ -108,7 +108,7 @@ void ViewerActions::makeViewMenu(QWidget *view)
                        {QKeySequence::ZoomIn, QKeySequence(Qt::CTRL + Qt::Key_Equal)});
     zoomOut = addAction(menu, "Zoom O&ut", "Show the page smaller", {QKeySequence::ZoomOut});
     menu->addSeparator();
-    panels = menu->addMenu(text("&Panels"));
+    panels = menu->addMenu(actionText("&Panels"));
     menu->addSeparator();
     fullScreen =
         addAction(menu, "F&ull Screen", "Show nothing but the page", {Qt::Key_F5, Qt::Key_F11});
@@ -121,14 +121,14 @@ void ViewerActions::makeViewMenu(QWidget *view)
 
 void ViewerActions::makeHelpMenu()
 {
-    QMenu *menu = m_window->menuBar()->addMenu(text("&Help"));
+    QMenu *menu = m_window->menuBar()->addMenu(actionText("&Help"));
     keysHelp =
         addAction(menu, "&Keys and Mouse", "What a presenter can do", {QKeySequence::HelpContents});
 }
 
 void ViewerActions::makeToolBar()
 {
-    toolBar = m_window->addToolBar(text("Tool Bar"));
+    toolBar = m_window->addToolBar(actionText("Tool Bar"));
     toolBar->setObjectName(QStringLiteral("toolBar"));
     toolBar->addAction(openFolder);
     toolBar->addSeparator();

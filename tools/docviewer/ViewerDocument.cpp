@@ -13,7 +13,7 @@
 
 namespace {
 
-QString text(const char *english)
+QString documentText(const char *english)
 {
     return QCoreApplication::translate("ViewerDocument", english);
 }
@@ -36,7 +36,7 @@ QString pathFault(const QFileInfo &path)
     if (!path.exists())
         return qt_error_string(ENOENT);
     if (!path.isDir() && !path.isFile())
-        return text("is neither a folder nor a file");
+        return documentText("is neither a folder nor a file");
     return {};
 }
 
@@ -55,7 +55,7 @@ ViewerDocument ViewerDocument::open(const QString &path)
     document.fault = found.fault;
     document.files = found.pages;
     if (document.fault.isEmpty() && document.files.isEmpty())
-        document.fault = text("the folder holds no pages");
+        document.fault = documentText("the folder holds no pages");
     document.isAnimated = std::any_of(document.files.cbegin(), document.files.cend(), isSlide);
     return document;
 }
@@ -69,9 +69,9 @@ QString ViewerDocument::savingFault(const QString &path) const
             return QFileInfo(file).canonicalFilePath() == existing;
         });
     if (isPage)
-        return text("is a page of the document");
+        return documentText("is a page of the document");
     const QFileInfo document(name);
     if (document.isDir() && target.dir().canonicalPath() == document.canonicalFilePath())
-        return text("is in the document's folder, whose files are its pages");
+        return documentText("is in the document's folder, whose files are its pages");
     return {};
 }
