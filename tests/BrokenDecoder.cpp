@@ -1,3 +1,4 @@
+#include <QDataStream>
 #include <QImage>
 #include <QImageIOHandler>
 #include <QImageIOPlugin>
@@ -6,7 +7,23 @@
 #include <cstdlib>
 #include <list>
 
+#include <sys/stat.h>
 #include <unistd.h>
+
+/// Sends a verdict of a kind to whoever waits for one at the other end of a pipe, and ends.
+[[noreturn]] inline void answer(qint32 kind)
+{
+    QByteArray verdict;
+    QDataStream(&verdict, QIODevice::WriteOnly)
+        << kind << QString() << QByteArray("broken") << QSize(4, 3) << qint64(48);
+    struct stat status = {};
+    ssize_t sent = 0;
+    for (int file = STDERR_FILENO + 1; file < 64 && sent <= 0; ++file) {
+        if (::fstat(file, &status) == 0 && S_ISFIFO(status.st_mode))
+            sent = ::write(file, verdict.constData(), static_cast<size_t>(verdict.size()));
+    }
+    ::_exit(0);
+}
 
 /// Decodes what begins with "broken " in the way that the word after it tells.
 class BrokenDecoder : public QImageIOHandler
@@ -21,6 +38,8 @@ public:
             std::abort();
         if (way == "exit")
             ::_exit(0);
+        if (way.startsWith("verdict "))
+            answer(way.mid(8).toInt());
         while (way == "loop")
             ::getppid();
         if (way == "greedy") {

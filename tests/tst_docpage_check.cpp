@@ -429,6 +429,9 @@ void TestDocpageCheck::brokenDecoders_data()
                             "picture");
     row("broken abort", "decoder-crashed: shape 1 of page 0: the decoder crashes: Aborted");
     row("broken exit", "decoder-crashed: shape 1 of page 0: the decoder crashes: no answer");
+    row("broken verdict 0", ""); // a right answer, whoever sends it
+    for (const char *picture : {"broken verdict -1", "broken verdict 7"})
+        row(picture, "decoder-crashed: shape 1 of page 0: the decoder crashes: no answer");
     row("broken loop",
         "decoder-timed-out: shape 1 of page 0: the decoder takes too long\n"
         "page: offset 226: error: picture-unchecked: shape 2 of page 0: not decoded: "

@@ -1,4 +1,5 @@
 #include "Hex.h"
+#include "LargestBlock.h"
 #include "TinyPictures.h"
 #include "tools/docpage/PictureCheck.h"
 #include "tools/docpage/PictureSize.h"
@@ -387,6 +388,37 @@ void TestPictureCheck::size_data()
         << hex("47 49 46 38 39 61 02 00 00 00 80 00 00 00 00 00 ff ff ff "
                "2c 00 00 00 00 02 00 00 00 00 02 02 04 0a 00 3b")
         << QSize();
+    QTest::newRow("PNG of no columns: none")
+        << png({"00 00 00 0d 49 48 44 52 00 00 00 00 00 00 00 03 08 02 00 00 00 32 7d 99 eb ",
+                kPixels, kEnd})
+        << QSize();
+    QTest::newRow("PNG, the largest")
+        << png({"00 00 00 0d 49 48 44 52 7f ff ff ff 7f ff ff ff 08 02 00 00 00 9b ab 9c 31 "})
+        << QSize(0x7FFFFFFF, 0x7FFFFFFF);
+    QTest::newRow("PNG, one column too many: none")
+        << png({"00 00 00 0d 49 48 44 52 80 00 00 00 00 00 00 03 08 02 00 00 00 92 17 bc fc "})
+        << QSize();
+    QTest::newRow("PNG of 7 bits a sample: none")
+        << png({"00 00 00 0d 49 48 44 52 00 00 00 04 00 00 00 03 07 00 00 00 00 13 cf 66 cb "})
+        << QSize();
+    QTest::newRow("PNG, header of 12 bytes: none")
+        << png({"00 00 00 0c 49 48 44 52 00 00 00 04 00 00 00 03 08 02 00 00 f7 73 29 06 ", kEnd})
+        << QSize();
+    QTest::newRow("PNG, checksum of the header: none")
+        << png({"00 00 00 0d 49 48 44 52 00 00 00 04 00 00 00 03 08 02 00 00 00 3b 96 39 90 ",
+                kPixels, kEnd})
+        << QSize();
+    QTest::newRow("PNG that does not begin with its header: none")
+        << png({"00 00 00 0d 74 45 58 74 00 00 00 04 00 00 00 03 08 02 00 00 00 2d a1 76 98 ",
+                kPixels, kEnd})
+        << QSize();
+    QTest::newRow("PNG, nothing but the header") << png({kHeader}) << QSize(4, 3);
+    QTest::newRow("PNG, one byte of the header missing: none")
+        << png({kHeader}).chopped(1) << QSize();
+    QTest::newRow("PNG, signature alone: none") << png({}) << QSize();
+    for (const char *type : {"tEXt", "zTXt", "iTXt", "sPLT", "eXIf"})
+        QTest::addRow("PNG with 2 GB of %s, not there", type)
+            << png({kHeader, "7f ff ff ff "}) + type + hex("61 00 62 00 00 00 00") << QSize(4, 3);
     QTest::newRow("no picture: none") << QByteArray("no picture") << QSize();
     QTest::newRow("nothing: none") << QByteArray() << QSize();
 }
@@ -395,7 +427,11 @@ void TestPictureCheck::size()
 {
     QFETCH(QByteArray, bytes);
     QFETCH(QSize, expected);
-    QCOMPARE(pictureSize(bytes), expected);
+    largestBlock = 0;
+    const QSize announced = pictureSize(bytes);
+    const size_t largest = largestBlock;
+    QVERIFY2(largest < 1 << 20, QByteArray::number(qulonglong(largest)));
+    QCOMPARE(announced, expected);
 }
 
 QTEST_APPLESS_MAIN(TestPictureCheck)

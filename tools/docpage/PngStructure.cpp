@@ -3,6 +3,7 @@
 #include <QtEndian>
 
 #include <algorithm>
+#include <cstring>
 
 #include <zlib.h>
 
@@ -80,6 +81,23 @@ bool isUnknownButNeeded(const QByteArray &name)
 bool PngStructure::isPng(const QByteArray &bytes)
 {
     return bytes.startsWith(kSignature);
+}
+
+QSize PngStructure::size(const QByteArray &bytes)
+{
+    constexpr int kHeaderEnd =
+        kSignatureSize + kLengthSize + kTypeSize + int(kHeaderLength) + kChecksumSize;
+    if (!isPng(bytes) || bytes.size() < kHeaderEnd)
+        return {};
+    const auto *const chunk = reinterpret_cast<const uchar *>(bytes.constData()) + kSignatureSize;
+    const uchar *const type = chunk + kLengthSize;
+    const uchar *const header = type + kTypeSize;
+    const bool isHeader = qFromBigEndian<quint32>(chunk) == kHeaderLength &&
+                          std::memcmp(type, "IHDR", kTypeSize) == 0 &&
+                          isChecksumRight(type, kHeaderLength);
+    if (!isHeader || !isSizeUsable(header) || !isEncodingKnown(header))
+        return {};
+    return {qFromBigEndian<qint32>(header), qFromBigEndian<qint32>(header + 4)};
 }
 
 QString PngStructure::fault(const QByteArray &bytes)

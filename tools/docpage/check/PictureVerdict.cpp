@@ -108,14 +108,18 @@ PictureVerdict crashed(const QString &how)
     return {Kind::Crashed, QStringLiteral("the decoder crashes: ") + how, {}, {}, 0};
 }
 
+// A broken decoder may have written it.
 PictureVerdict fromAnswer(const QByteArray &answer)
 {
     PictureVerdict verdict;
     qint32 kind = 0;
     QDataStream stream(answer);
     stream >> kind >> verdict.words >> verdict.format >> verdict.size >> verdict.bytes;
+    const bool isKind = kind >= 0 && kind <= static_cast<qint32>(Kind::Unchecked);
+    if (stream.status() != QDataStream::Ok || !isKind)
+        return crashed(QStringLiteral("no answer"));
     verdict.kind = static_cast<Kind>(kind);
-    return stream.status() == QDataStream::Ok ? verdict : crashed(QStringLiteral("no answer"));
+    return verdict;
 }
 
 // So that not each child has to do it.
