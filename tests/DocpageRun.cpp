@@ -37,7 +37,8 @@ QString describe(const QFileInfo &entry)
 } // namespace
 
 Workplace::Workplace()
-    : environment(QProcessEnvironment::systemEnvironment())
+    : program(QStringLiteral(DOCPAGE_PROGRAM))
+    , environment(QProcessEnvironment::systemEnvironment())
 {
     environment.insert(QStringLiteral("LC_ALL"), QStringLiteral("C.UTF-8"));
     environment.insert(QStringLiteral("TMPDIR"), QStringLiteral("/dev/null"));
@@ -49,7 +50,7 @@ Outcome Workplace::run(const QStringList &arguments, const std::function<void()>
     process.prepare = prepare;
     process.setProcessEnvironment(environment);
     process.setWorkingDirectory(dir.path());
-    process.start(QStringLiteral(DOCPAGE_PROGRAM), arguments);
+    process.start(program, arguments);
     if (!process.waitForFinished(300000))
         qFatal("the program does not end");
     const bool isExit = process.exitStatus() == QProcess::NormalExit;

@@ -44,17 +44,20 @@ struct Outcome
     QByteArray err;
 };
 
-/// A folder to run docpage in, gone with the object.
+/// A folder to run docpage, or another program, in; gone with the object.
 class Workplace
 {
 public:
     Workplace();
 
-    /// Runs docpage with the folder as its current one. `prepare` runs in the child beforehand.
+    /// Runs the program with the folder as its current one. `prepare` runs in the child beforehand.
     Outcome run(const QStringList &arguments, const std::function<void()> &prepare = {}) const;
 
     /// Has shared libraries, separated by colons, loaded before all others of the runs.
     void preload(const QString &libraries);
+
+    /// What is run: docpage, unless set.
+    QString program;
 
     /// That of the runs. There is no folder for temporary files in it.
     QProcessEnvironment environment;

@@ -27,6 +27,20 @@ inline QByteArray picture(const QColor &colour, const char *format, QSize size =
     return encoded(image, format);
 }
 
+/// A picture that is larger than the buffers that files are read through.
+inline QByteArray noise()
+{
+    QImage image(160, 160, QImage::Format_RGB32);
+    quint32 state = 1;
+    for (int y = 0; y < image.height(); ++y) {
+        for (int x = 0; x < image.width(); ++x) {
+            state = state * 1664525U + 1013904223U;
+            image.setPixel(x, y, state >> 8);
+        }
+    }
+    return encoded(image);
+}
+
 /// The bytes of a page result file.
 inline QByteArray pageResultFile(qint32 format, const QByteArray &payload)
 {

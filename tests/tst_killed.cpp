@@ -182,7 +182,5 @@ private Q_SLOTS:
     }
 };
 
-Q_DECLARE_METATYPE(Fault)
-
 QTEST_GUILESS_MAIN(TestKilled)
 #include "tst_killed.moc"

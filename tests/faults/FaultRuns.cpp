@@ -23,13 +23,20 @@ QSet<QString> namesOf(const QStringList &entries)
 }
 
 // "docpage: FILE: what is wrong", with a file that is known.
-bool isClear(const QString &line, const QSet<QString> &names)
+bool isClear(const QString &line, const QString &program, const QSet<QString> &names)
 {
     const QStringList parts = line.split(text(": "));
-    return parts.size() >= 3 && parts.at(0) == text("docpage") && names.contains(parts.at(1));
+    return parts.size() >= 3 && parts.at(0) == program && names.contains(parts.at(1));
 }
 
 } // namespace
+
+QByteArray nameOf(const Fault &fault)
+{
+    return QByteArray(fault.kind) + (fault.isAndAfter ? ", and all after it" : "") +
+           (fault.isShort ? ", half of it" : "") +
+           (fault.least > 0 ? " from " + QByteArray::number(fault.least) + " bytes" : QByteArray());
+}
 
 FaultyRun runWithFault(Workplace &place, const QStringList &arguments, const Fault &fault)
 {
@@ -59,7 +66,7 @@ FaultyRun runWithFault(Workplace &place, const QStringList &arguments, const Fau
 }
 
 QString harm(const Outcome &outcome, const QStringList &after, const QStringList &before,
-             const QStringList &done)
+             const QStringList &done, const QString &program)
 {
     if (outcome.status != 0 && outcome.status != 1)
         return QStringLiteral("ends with %1").arg(outcome.status);
@@ -72,7 +79,7 @@ QString harm(const Outcome &outcome, const QStringList &after, const QStringList
     const QSet<QString> known = namesOf(before + done);
     const QStringList lines = QString::fromUtf8(outcome.err).split(QLatin1Char('\n'));
     for (const QString &line : lines) {
-        if (!line.isEmpty() && !isClear(line, known))
+        if (!line.isEmpty() && !isClear(line, program, known))
             return QStringLiteral("says what is not clear: ") + line;
     }
     for (const QString &entry : after) {

@@ -19,7 +19,7 @@ if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND "address" IN_LIST DOCDISPLAY_SANITIZ
   string(PREPEND preloaded "${libasan}:")
 endif()
 
-foreach(test IN ITEMS tst_faults tst_killed)
+foreach(test IN ITEMS tst_faults tst_faults_encoder tst_faults_viewer tst_killed)
   docdisplay_test(${test} LABELS faults SOURCES DocpageRun.cpp faults/FaultRuns.cpp
                   LIBRARIES docpage_parts)
   add_dependencies(${test} docpage faults)
@@ -28,3 +28,8 @@ foreach(test IN ITEMS tst_faults tst_killed)
     FAULTS_LIBRARIES="${preloaded}")
 endforeach()
 set_tests_properties(tst_faults PROPERTIES COST 100) # the longest: not begun last
+add_dependencies(tst_faults_encoder encoding_host) # of docs/encoding.md
+target_compile_definitions(tst_faults_encoder PRIVATE
+  ENCODING_HOST="$<TARGET_FILE:encoding_host>")
+add_dependencies(tst_faults_viewer docviewer)
+target_compile_definitions(tst_faults_viewer PRIVATE DOCVIEWER_PROGRAM="$<TARGET_FILE:docviewer>")
