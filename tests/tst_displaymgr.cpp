@@ -399,6 +399,19 @@ private Q_SLOTS:
         QCOMPARE(log.takeLines(), QStringList());
     }
 
+    // It takes several blocks to read the page, and more would be there for the last.
+    void whatFollowsThePayloadIsIgnored()
+    {
+        const QByteArray payload = PageFiles::picture(Qt::red, "PNG").leftJustified(100000, 'p');
+        const Manager mgr = manager(0, 1);
+        QVERIFY(mgr->AddDocPage(
+            0, PageFiles::write(dir, QStringLiteral("followed"),
+                                PageFiles::pageResultFile(4, payload) + QByteArray(100000, 'f'))));
+        LogSpy log;
+        QCOMPARE(mgr->GetImg().size(), QSize(4, 3));
+        QCOMPARE(log.takeLines(), QStringList());
+    }
+
     void everyRequestReadsTheFileAnew()
     {
         using namespace PageFiles;

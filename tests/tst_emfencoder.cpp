@@ -573,6 +573,28 @@ private Q_SLOTS:
                      QStringLiteral("2 VPrnt encode Emf failed! (format:4, file:%1)").arg(huge)));
     }
 
+    // It fails before the first file, and is not taken for cancelled.
+    void namesAreLargerThanTheMemory()
+    {
+        if (!limitsMemory())
+            return;
+        const QStringList in = write({text("a"), text("b")});
+        const QString huge(64 << 20, QLatin1Char('n')); // 128 MiB, and as much again for a name
+        std::vector<Told> told;
+        {
+            Encoder encoder;
+            encoder.start();
+            const ResourceLimit limit(RLIMIT_AS, addressSpaceFor(64 << 20));
+            encoder.deal.startEmfEncode("a", kPng, in, huge);
+            told = encoder.wait(1);
+        }
+        QCOMPARE(whats(told), QStringList(text("a: failed 9")));
+        QCOMPARE(inputs(), QStringList());
+        QCOMPARE(failures(),
+                 QStringList(
+                     QStringLiteral("2 VPrnt encode Emf failed! (format:4, file:%1)").arg(in[0])));
+    }
+
     void rendererThrows_data()
     {
         QTest::addColumn<bool>("isStandard");
@@ -764,6 +786,16 @@ private Q_SLOTS:
         const auto told = encoder.encode(write({text("a"), text("b")}), prefix());
         QCOMPARE(told.back().what, text("a: finished"));
         QCOMPARE(outputs().size(), 2);
+    }
+
+    // It is not cancelled before anybody has said so.
+    void firstJobWithoutTheCall()
+    {
+        Encoder encoder;
+        encoder.start();
+        Q_EMIT encoder.deal.s_startEmfEncode("a", kPng, write({text("a")}), prefix());
+        QCOMPARE(whats(encoder.wait(1)),
+                 QStringList({text("a: process 3 1 1"), text("a: finished")}));
     }
 
     // startEmfEncode() clears the flag when it is called, for jobs that wait as well.

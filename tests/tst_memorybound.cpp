@@ -259,6 +259,21 @@ private Q_SLOTS:
         QCOMPARE(excess(highest, QFileInfo(file).size()), QString());
     }
 
+    // Room is made by powers of two: for twice as many bytes as there are it would be 128 MiB.
+    void aPayloadThatFallsShort()
+    {
+        const int size = 23'000'000;
+        const QString file = PageFiles::write(dir, QStringLiteral("page"),
+                                              QByteArray::fromHex("8888888801010400 0000FFFFFF7F") +
+                                                  QByteArray(size, 'p'));
+        const LogSpy log;
+        QByteArray payload;
+        const qint64 highest =
+            highestWhile([&] { QCOMPARE(EmfDeal::decodeEmf(file, payload), 5); });
+        QCOMPARE(payload.size(), size);
+        QCOMPARE(excess(highest, size), QString());
+    }
+
     void pictures_data()
     {
         QTest::addColumn<QByteArray>("picture");

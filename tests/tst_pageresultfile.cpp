@@ -441,6 +441,27 @@ private Q_SLOTS:
                  QStringLiteral("2 VPrnt getPicDataFromFile readSize:0 != headDatSize:1075838976"));
     }
 
+    // What was read before the memory ran out is handed over.
+    void noMemoryForMorePayload()
+    {
+        if (!limitsMemory())
+            return;
+        const QString name = write(hex("88888888 0101 04000000 FFFFFF7F"), "sparse, too");
+        QVERIFY(QFile::resize(name, 14 + 33554332)); // fits 32 MiB; the next step asks for 64 MiB
+        LogSpy log;
+        QByteArray data;
+        int format = 0;
+        {
+            const ResourceLimit limit(RLIMIT_AS, addressSpaceFor(48 * 1024 * 1024));
+            format = EmfDeal::decodeEmf(name, data);
+        }
+        QCOMPARE(format, 5);
+        QCOMPARE(data.size(), 33554332);
+        QCOMPARE(log.takeLines().constFirst(),
+                 QStringLiteral(
+                     "2 VPrnt getPicDataFromFile readSize:33554332 != headDatSize:2147483647"));
+    }
+
     // A length is only a claim: a short file is refused at once, without room for what it claims.
     void announcedSizeIsNotAllocated()
     {

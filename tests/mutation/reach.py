@@ -1,13 +1,14 @@
 """Which tests can see a source of the library, by what includes what.
 
-A test sees the headers that it includes, the sources that implement these (their first include is
-the header), and what all of them include.
+A test sees the headers that it includes, the sources that implement these (the headers are in their
+first block of includes), and what all of them include.
 """
 
 import functools
 import re
 
 INCLUDE = re.compile(r'^#include "([^"]+)"', re.MULTILINE)
+FIRST_BLOCK = re.compile(r'(?:^#include "[^"]+"\n)+', re.MULTILINE)
 
 
 class Reach:
@@ -17,11 +18,13 @@ class Reach:
         for folder in folders:
             for path in sorted((root / folder).glob("*.cpp")):
                 file = path.relative_to(root).as_posix()
-                for header in self._includes(file)[:1]:
+                for header in self._named(file, FIRST_BLOCK.search(path.read_text())[0]):
                     self._implementing.setdefault(header, []).append(file)
 
     def _includes(self, file):
-        text = (self._root / file).read_text()
+        return self._named(file, (self._root / file).read_text())
+
+    def _named(self, file, text):
         beside = file.rpartition("/")[0]
         return [name if (self._root / name).exists() else f"{beside}/{name}"
                 for name in INCLUDE.findall(text)]

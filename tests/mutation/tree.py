@@ -21,7 +21,7 @@ FOLDERS = ["common", "pptdata", "pptanim", "emfdeal", "docdisplay"]
 NOT_COPIED = {"build", "demo-output", ".git", "__pycache__"}
 
 # What can see a folder, the most likely first; its own label comes before all others.
-LABELS = ["docdisplay", "pptanim", "emfdeal", "pptdata", "common", "fuzz"]
+LABELS = ["docdisplay", "pptanim", "emfdeal", "pptdata", "common", "memory", "fuzz"]
 
 MEMORY = 6 << 30  # bytes that a test may have: a mutant may ask for all there is
 
