@@ -68,20 +68,25 @@ bool PPT_Shape::streamTo(CStdDataStream &stream) const
     return isOk(stream);
 }
 
+// Where its bytes lie in memory as a whole, they are taken from there, as a page may have many.
 bool PPT_Shape::streamFrom(CStdDataStream &stream)
 {
     constexpr int kFixedSize = 2 + 32 + 4; // all but the picture's bytes
 
-    if (stream.device() && stream.device()->bytesAvailable() >= kFixedSize) {
+    const BytesAhead ahead(stream);
+    if (ahead.size >= kFixedSize) {
         quint32 length = 0;
-        RecordReader<kFixedSize> record(stream);
+        RecordReader<kFixedSize> record(ahead.data);
         record >> shapeId >> left >> top >> width >> height >> length;
-        readBytes(stream, length, picDat);
-        readOrReleased(stream, *this); // the end of PPT_PicDat's part
-    } else {
-        stream >> shapeId;
-        PPT_PicDat::streamFrom(stream);
+        if (length <= ahead.size - kFixedSize) {
+            const auto size = static_cast<int>(length);
+            picDat = QByteArray(ahead.data + kFixedSize, size);
+            stream.skipRawData(kFixedSize + size);
+            return true;
+        }
     }
+    stream >> shapeId;
+    PPT_PicDat::streamFrom(stream);
     return readOrReleased(stream, *this);
 }
 

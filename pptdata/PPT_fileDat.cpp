@@ -3,7 +3,6 @@
 #include "pptdata/EffectRecord.h"
 
 #include <algorithm>
-#include <array>
 
 // Children are deleted by their own types on purpose: the model's classes have no virtual
 // destructor.
@@ -46,30 +45,23 @@ void readList(CStdDataStream &stream, std::list<Child *> &list)
     }
 }
 
-// Effects are many and small: as long as whole ones are there, they are read by the block.
+// Effects are many and small: as long as whole ones are there, they are taken from where they lie.
 void readList(CStdDataStream &stream, std::list<PPT_Effect *> &list)
 {
-    constexpr qint64 kBlockLength = 64;
-
     qint32 count = 0;
     stream >> count;
-    std::array<char, kBlockLength * kEffectSize> block;
-    while (count > 0 && !isExhausted(stream)) {
-        const qint64 there = stream.device() ? stream.device()->bytesAvailable() / kEffectSize : 0;
-        const auto whole = static_cast<int>(qMin(qMin<qint64>(count, kBlockLength), there));
-        if (whole == 0) {
-            list.push_back(new PPT_Effect);
-            list.back()->PPT_Effect::streamFrom(stream); // falls short
-            --count;
-            continue;
-        }
-        stream.readRawData(block.data(), whole * kEffectSize);
-        for (int i = 0; i < whole; ++i) {
-            list.push_back(new PPT_Effect);
-            RecordReader<kEffectSize> record(block.data() + qptrdiff{i} * kEffectSize);
-            record >> *list.back();
-        }
-        count -= whole;
+    const BytesAhead ahead(stream);
+    const auto whole = static_cast<qint32>(qBound<qint64>(0, count, ahead.size / kEffectSize));
+    for (qint32 i = 0; i < whole; ++i) {
+        list.push_back(new PPT_Effect);
+        RecordReader<kEffectSize> record(ahead.data + qptrdiff{i} * kEffectSize);
+        record >> *list.back();
+    }
+    if (whole > 0)
+        stream.skipRawData(whole * kEffectSize);
+    for (qint32 i = whole; i < count && !isExhausted(stream); ++i) {
+        list.push_back(new PPT_Effect);
+        list.back()->PPT_Effect::streamFrom(stream);
     }
 }
 

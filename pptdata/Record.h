@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QBuffer>
 #include <QByteArray>
 #include <QDataStream>
 #include <QtEndian>
@@ -19,6 +20,25 @@ inline bool isExhausted(const QDataStream &stream)
 {
     return !isOk(stream) && (!stream.device() || stream.device()->atEnd());
 }
+
+/// What has not been read yet, where it lies in memory; nothing if it does not, or once reading has
+/// failed. What is taken from there is to be skipped.
+struct BytesAhead
+{
+    explicit BytesAhead(const QDataStream &stream)
+    {
+        const auto *buffer = qobject_cast<const QBuffer *>(stream.device());
+        if (!isOk(stream) || !buffer || !buffer->isReadable())
+            return;
+        const QByteArray &bytes = buffer->data();
+        const qint64 at = qMin<qint64>(buffer->pos(), bytes.size());
+        data = bytes.constData() + at;
+        size = bytes.size() - at;
+    }
+
+    const char *data = nullptr;
+    qint64 size = 0;
+};
 
 /// A run of N bytes of the stream that is read or written at once and taken apart here: a device is
 /// asked once per object, not once per field. All values are big-endian; a float is a double there.
@@ -91,11 +111,13 @@ private:
     int at = 0;
 };
 
-/// Reads the bytes of a byte array as QDataStream does after their length, but makes no room for
-/// more than is there: the length is only a claim.
-inline void readBytes(QDataStream &stream, quint32 length, QByteArray &bytes)
+/// Reads a byte array as QDataStream does, but makes no room for more than is there: the length is
+/// only a claim.
+inline void readByteArray(QDataStream &stream, QByteArray &bytes)
 {
     constexpr quint32 kNull = 0xFFFFFFFF;
+    quint32 length = 0;
+    stream >> length;
     bytes.clear();
     if (length == kNull)
         return;
@@ -109,12 +131,4 @@ inline void readBytes(QDataStream &stream, quint32 length, QByteArray &bytes)
     }
     bytes.resize(static_cast<int>(length));
     stream.readRawData(bytes.data(), bytes.size());
-}
-
-/// Reads a byte array.
-inline void readByteArray(QDataStream &stream, QByteArray &bytes)
-{
-    quint32 length = 0;
-    stream >> length;
-    readBytes(stream, length, bytes);
 }
