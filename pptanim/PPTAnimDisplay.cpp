@@ -1,6 +1,7 @@
 #include "pptanim/PPTAnimDisplay.h"
 
 #include "common/FloatToInt.h"
+#include "pptanim/StateWalk.h"
 
 namespace {
 
@@ -67,6 +68,7 @@ void PPTAnimDisplay::Clear()
     curPage = nullptr;
     animStep = 0;
     passedDuration = 0;
+    stateWalk.reset();
     effectSteps.clear();
     shapeAnimDats.clear();
     StopRun();

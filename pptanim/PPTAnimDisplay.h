@@ -9,13 +9,15 @@
 
 #include <list>
 #include <map>
+#include <memory>
 
 class QPainter;
+class StateWalk;
 
 /// The player. Operations of the interface call one another virtually: what a subclass overrides
 /// holds for all of them. Its concerns are in files of their own: PPTAnimDisplay_Steps.cpp cuts the
 /// page's effects into steps, _ShapeState.cpp tells where each shape is, _Paint.cpp paints it, and
-/// _Playback.cpp moves the position.
+/// _Playback.cpp moves the position. A StateWalk leads from one position's states to the next's.
 class PPTAnimDisplay : public PPTAnimDisplayBase
 {
     Q_OBJECT
@@ -52,6 +54,9 @@ public:
 
         /// Lets an effect of the shape decide on the shape's state, if it is its turn to.
         void updateAnimDat(PPT_Effect *e, EFFECT_STATE st);
+
+        /// Lets an effect of a current group decide; `passed` is the time played of the group.
+        void playEffect(PPT_Effect *e, unsigned int passed);
 
         PPT_Shape *shape = nullptr; // borrowed from the page; null: effects name it, but no shape
         int drawState = DRAW_DEFAULT;
@@ -105,6 +110,11 @@ public:
     void CollectShapes();
     /// Updates shapeAnimDats for the present position. What it held has a say in the result.
     void getAllShapeDrawState();
+    /// The same for less, where nobody but the player has changed steps, entries or effects since
+    /// the last update: it evaluates what a new position makes a difference to.
+    /// \return a number that is another one whenever something has been evaluated: as long as it
+    ///         stays the same, so do the entries.
+    quint64 updateShapeStates();
     /// Appends the visible entries in paint order.
     static void CoverShapes(std::map<int, ShapeAnimDat> &map, QList<ShapeAnimDat *> &out);
     /// Appends the visible entries in paint order to three layers: `moving` is from the first to
@@ -147,4 +157,7 @@ private Q_SLOTS:
 
 private:
     bool decode(QByteArray data);
+
+    std::unique_ptr<StateWalk> stateWalk; // null until the first update for these steps and shapes
+    quint64 evaluations = 0;
 };

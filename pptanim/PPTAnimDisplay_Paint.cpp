@@ -57,7 +57,7 @@ QImage PPTAnimDisplay::GetImg()
 
 void PPTAnimDisplay::PaintShapes(QPainter &painter)
 {
-    getAllShapeDrawState();
+    updateShapeStates();
     QList<ShapeAnimDat *> list;
     CoverShapes(shapeAnimDats, list);
     DrawShapes(painter, list);

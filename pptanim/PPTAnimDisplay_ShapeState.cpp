@@ -2,6 +2,7 @@
 #include "pptanim/PPTAnimDisplay.h"
 
 #include "common/FloatToInt.h"
+#include "pptanim/StateWalk.h"
 
 #include <cmath>
 
@@ -54,8 +55,16 @@ void PPTAnimDisplay::ShapeAnimDat::updateAnimDat(PPT_Effect *e, EFFECT_STATE st)
     }
 }
 
+void PPTAnimDisplay::ShapeAnimDat::playEffect(PPT_Effect *e, unsigned int passed)
+{
+    effectPassed = passed;
+    effectDuration = toUInt32(static_cast<double>(e->timing.duration * 1000.0F));
+    updateAnimDat(e, effectDuration > effectPassed ? EFFECT_RUN : EFFECT_END);
+}
+
 void PPTAnimDisplay::CollectShapes()
 {
+    stateWalk.reset();
     shapeAnimDats.clear();
     for (PPT_Shape *shape : curPage->shapes) {
         ShapeAnimDat fresh;
@@ -66,27 +75,17 @@ void PPTAnimDisplay::CollectShapes()
 
 void PPTAnimDisplay::getAllShapeDrawState()
 {
-    for (const auto &[number, step] : effectSteps) {
-        unsigned int start = 0; // ms; of the group within the step, modulo 2^32
-        for (const EffectGrp &group : step.effectGrps) {
-            const unsigned int end = start + group.grpDuration;
-            for (PPT_Effect *effect : group.effects) {
-                ShapeAnimDat &dat = shapeAnimDats[effect->shapeId];
-                auto phase = ShapeAnimDat::EFFECT_WAIT;
-                if (number < animStep || (number == animStep && passedDuration > end)) {
-                    phase = ShapeAnimDat::EFFECT_END;
-                } else if (number == animStep && passedDuration >= start) {
-                    dat.effectPassed = passedDuration - start;
-                    dat.effectDuration =
-                        toUInt32(static_cast<double>(effect->timing.duration * 1000.0F));
-                    phase = dat.effectDuration > dat.effectPassed ? ShapeAnimDat::EFFECT_RUN
-                                                                  : ShapeAnimDat::EFFECT_END;
-                }
-                dat.updateAnimDat(effect, phase);
-            }
-            start = end;
-        }
-    }
+    stateWalk.reset();
+    updateShapeStates();
+}
+
+quint64 PPTAnimDisplay::updateShapeStates()
+{
+    if (!stateWalk)
+        stateWalk = std::make_unique<StateWalk>(effectSteps, shapeAnimDats);
+    if (stateWalk->moveTo(animStep, passedDuration))
+        ++evaluations;
+    return evaluations;
 }
 
 void PPTAnimDisplay::CoverShapes(std::map<int, ShapeAnimDat> &map, QList<ShapeAnimDat *> &out)

@@ -2,6 +2,7 @@
 #include "pptanim/PPTAnimDisplay.h"
 
 #include "common/FloatToInt.h"
+#include "pptanim/StateWalk.h"
 
 #include <algorithm>
 
@@ -32,10 +33,11 @@ void PPTAnimDisplay::AnalyszEffectSteps()
         if (step.effectGrps.empty())
             return;
         step.stepIndex = static_cast<unsigned int>(effectSteps.size()) + 1;
-        effectSteps.emplace(step.stepIndex, std::move(step));
+        effectSteps.emplace_hint(effectSteps.end(), step.stepIndex, std::move(step));
         step = {};
     };
 
+    stateWalk.reset();
     effectSteps.clear();
     for (PPT_Effect *effect : curPage->effects) {
         const bool isClick = IsClickEffect(effect);

@@ -190,6 +190,14 @@ public:
         curPage = page;
         curPageId = page->pageId;
     }
+
+    /// The same with steps and shapes, as Init() makes them.
+    void load(PPT_Page *page)
+    {
+        take(page);
+        AnalyszEffectSteps();
+        CollectShapes();
+    }
 };
 
 } // namespace AnimModel

@@ -1,5 +1,6 @@
 #include "AnimModel.h"
-#include "PlainSteps.h"
+#include "PlainStates.h"
+#include "RandomSlides.h"
 
 #include <QRandomGenerator>
 #include <QTest>
@@ -9,14 +10,6 @@ using ShapeAnimDat = PPTAnimDisplay::ShapeAnimDat;
 using ShapeList = QList<ShapeAnimDat *>;
 
 namespace {
-
-// The page as Init() leaves it, but with all bits of its numbers.
-void load(OpenPlayer &player, PPT_Page *page)
-{
-    player.take(page);
-    player.AnalyszEffectSteps();
-    player.CollectShapes();
-}
 
 void evaluate(OpenPlayer &player, unsigned int step, unsigned int passed)
 {
@@ -52,131 +45,6 @@ QStringList entriesInWords(const OpenPlayer &player)
                      .arg(dat.shape ? QString() : QStringLiteral(" lost"));
     }
     return words;
-}
-
-/// The states once more, shape by shape: of a shape's effects the last one that has started says
-/// its state, or else the present holder does, and after it the last of those with the lowest
-/// number, itself included, that wait.
-class PlainStates
-{
-public:
-    explicit PlainStates(const PPT_Page &page)
-        : m_places(PlainSteps::places(page))
-    {
-        for (PPT_Shape *shape : page.shapes)
-            m_entries[shape->shapeId] = {shape};
-    }
-
-    void evaluate(unsigned int step, unsigned int passed)
-    {
-        std::map<int, std::vector<PlainSteps::Place>> ofShapes;
-        for (const PlainSteps::Place &place : m_places)
-            ofShapes[place.effect->shapeId].push_back(place);
-        for (const auto &[id, places] : ofShapes)
-            evaluate(m_entries[id], places, step, passed);
-    }
-
-    std::map<int, ShapeAnimDat> m_entries;
-
-private:
-    enum Phase { Waits, Runs, Ended };
-
-    Phase phase(ShapeAnimDat &dat, const PlainSteps::Place &place, unsigned int step,
-                unsigned int passed) const
-    {
-        if (place.step != step)
-            return place.step < step ? Ended : Waits;
-        const quint32 start = PlainSteps::groupStart(m_places, place.step, place.group);
-        const quint32 end = PlainSteps::groupStart(m_places, place.step, place.group + 1);
-        if (passed > end)
-            return Ended;
-        if (passed < start)
-            return Waits;
-        dat.effectPassed = passed - start;
-        dat.effectDuration = PlainSteps::milliseconds(*place.effect);
-        return dat.effectPassed < dat.effectDuration ? Runs : Ended;
-    }
-
-    void evaluate(ShapeAnimDat &dat, const std::vector<PlainSteps::Place> &places,
-                  unsigned int step, unsigned int passed) const
-    {
-        const auto number = [](const PPT_Effect *effect) { return effect->effectNo & 0xFFFF; };
-        std::vector<PPT_Effect *> waiting;
-        for (const PlainSteps::Place &place : places) {
-            const Phase now = phase(dat, place, step, passed);
-            if (now == Waits) {
-                waiting.push_back(place.effect);
-                continue;
-            }
-            waiting.clear();
-            dat.effect = place.effect;
-            dat.drawState = now == Runs ? 2 : place.effect->exit == -1 ? 3 : 1;
-        }
-        int lowest = dat.effect ? number(dat.effect) : 0x10000;
-        for (const PPT_Effect *effect : waiting)
-            lowest = qMin(lowest, number(effect));
-        for (auto it = waiting.rbegin(); it != waiting.rend(); ++it) {
-            if (number(*it) != lowest)
-                continue;
-            dat.effect = *it;
-            dat.drawState = (*it)->exit == -1 ? 1 : 3;
-            break;
-        }
-    }
-
-    std::vector<PlainSteps::Place> m_places;
-};
-
-bool isSame(const std::map<int, ShapeAnimDat> &one, const std::map<int, ShapeAnimDat> &other)
-{
-    return std::equal(
-        one.begin(), one.end(), other.begin(), other.end(), [](const auto &a, const auto &b) {
-            return a.first == b.first && a.second.shape == b.second.shape &&
-                   a.second.drawState == b.second.drawState && a.second.effect == b.second.effect &&
-                   a.second.effectPassed == b.second.effectPassed &&
-                   a.second.effectDuration == b.second.effectDuration;
-        });
-}
-
-PPT_Page *randomPage(QRandomGenerator &random)
-{
-    static const int kTriggers[] = {1, 1, 2, 2, 3, 3, 3, 0, -1};
-    static const float kSeconds[] = {0.0F,   0.1F,  0.1F, 0.2F,  0.2F, 0.3F,
-                                     0.029F, -1.0F, kNaN, 1e10F, 2e6F};
-    static const int kNumbers[] = {0, 1, 2, 2, 3, 32767, -32768, -1};
-    static const int kExits[] = {-1, -1, 0, 0, 1, -128};
-    const auto any = [&](const auto &values) {
-        return values[random.bounded(int(std::size(values)))];
-    };
-    Effects effects;
-    for (int i = random.bounded(10); i > 0; --i) {
-        const int rare = random.bounded(8) == 0 ? 11 : 7; // the last four durations are odd
-        effects.append({any(kTriggers), kSeconds[random.bounded(rare)],
-                        random.bounded(10) == 0 ? 65535 : 1 + random.bounded(4), any(kExits),
-                        any(kNumbers)});
-    }
-    PPT_Page *page = pageOf(effects);
-    for (int i = random.bounded(6); i > 0; --i)
-        page->shapes.push_back(newShape(1 + random.bounded(5)));
-    return page;
-}
-
-// Preferably about where a group of the step begins.
-unsigned int randomPassed(QRandomGenerator &random, const OpenPlayer &player, unsigned int step)
-{
-    const auto found = player.effectSteps.find(step);
-    const int kind = random.bounded(10);
-    if (kind == 0)
-        return random.generate();
-    if (kind < 4 || found == player.effectSteps.end())
-        return unsigned(random.bounded(1000));
-    unsigned int passed = unsigned(random.bounded(3)) - 1;
-    for (const auto &group : found->second.effectGrps) {
-        if (random.bounded(3) == 0)
-            break;
-        passed += group.grpDuration;
-    }
-    return passed;
 }
 
 } // namespace
@@ -235,7 +103,7 @@ private Q_SLOTS:
     void collectingTouchesNothingElse()
     {
         OpenPlayer player;
-        load(player, pageOf({{1, 1, 8, 0, 0}}, {7}));
+        player.load(pageOf({{1, 1, 8, 0, 0}}, {7}));
         player.animStep = 4;
         player.passedDuration = 5;
         player.CollectShapes();
@@ -467,7 +335,7 @@ private Q_SLOTS:
                 if (!lost)
                     page->shapes.push_back(newShape(effect.shapeId));
             }
-            load(player, page);
+            player.load(page);
             PlainStates plain(*page);
             for (const QString &stop : qAsConst(path)) {
                 const QString position = stop.section(QLatin1String(" = "), 0, 0);
@@ -489,7 +357,7 @@ private Q_SLOTS:
     void lostShapes()
     {
         OpenPlayer player;
-        load(player, pageOf({{1, 0.5F, 9, 0, 0}, {2, 0.5F, 40000, -1, 0}}, {10}));
+        player.load(pageOf({{1, 0.5F, 9, 0, 0}, {2, 0.5F, 40000, -1, 0}}, {10}));
         QCOMPARE(entriesInWords(player), lines({"10: rest #- 0/0"}));
         evaluate(player, 0, 0);
         QCOMPARE(entriesInWords(player),
@@ -504,7 +372,7 @@ private Q_SLOTS:
     void withoutStepsNothingIsTouched()
     {
         OpenPlayer player;
-        load(player, pageOf({}, {1, 2}));
+        player.load(pageOf({}, {1, 2}));
         PPT_Effect effect;
         player.shapeAnimDats[2] = moving(effect, 3, 4);
         for (unsigned int step : {0U, 1U}) {
@@ -521,7 +389,7 @@ private Q_SLOTS:
     void entriesAreNotReset()
     {
         OpenPlayer player;
-        load(player, pageOf({{1, 0.5F, 1, 0, 4}}, {1, 2}));
+        player.load(pageOf({{1, 0.5F, 1, 0, 4}}, {1, 2}));
         PPT_Effect foreign;
         foreign.effectNo = 3;
         player.shapeAnimDats[1].effect = &foreign;
@@ -572,7 +440,7 @@ private Q_SLOTS:
         QRandomGenerator random(seed);
         for (int round = 0; round < 200; ++round) {
             OpenPlayer player;
-            load(player, randomPage(random));
+            player.load(RandomSlides::page(random));
             PlainStates plain(*player.curPage);
             QVERIFY(isSame(plain.m_entries, player.shapeAnimDats));
             PPT_Effect foreign;
@@ -584,7 +452,7 @@ private Q_SLOTS:
                     player.shapeAnimDats[id].effect = plain.m_entries[id].effect = &foreign;
                 }
                 const auto step = unsigned(random.bounded(int(player.effectSteps.size()) + 2));
-                const unsigned int passed = randomPassed(random, player, step);
+                const unsigned int passed = RandomSlides::passed(random, player, step);
                 evaluate(player, step, passed);
                 plain.evaluate(step, passed);
                 QVERIFY2(isSame(plain.m_entries, player.shapeAnimDats),
