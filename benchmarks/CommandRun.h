@@ -1,14 +1,11 @@
 #pragma once
 
-#include <algorithm>
+#include "Turns.h"
+
 #include <chrono>
-#include <cstddef>
-#include <cstdio>
-#include <cstdlib>
 #include <string>
 #include <vector>
 
-#include <cerrno>
 #include <fcntl.h>
 #include <sys/resource.h>
 #include <sys/wait.h>
@@ -17,18 +14,10 @@
 /// \file
 /// Programs that are run to be compared with one another.
 
-/// Ends the benchmark unless `condition` holds.
-inline void require(bool condition, const char *what)
-{
-    if (condition)
-        return;
-    std::fprintf(stderr, "%s: %s\n", program_invocation_short_name, what);
-    std::exit(EXIT_FAILURE);
-}
-
 struct Usage
 {
-    double seconds;
+    double seconds;          // by the clock
+    double processorSeconds; // of the program and the system for it
     double peakKiB;
 };
 
@@ -51,12 +40,9 @@ inline Usage run(std::vector<std::string> command)
     rusage used = {};
     require(::wait4(child, &status, 0, &used) == child && status == 0, "a command failed");
     const std::chrono::duration<double> duration = std::chrono::steady_clock::now() - begin;
-    return {duration.count(), static_cast<double>(used.ru_maxrss)};
-}
-
-inline double median(std::vector<double> values)
-{
-    const auto middle = values.begin() + static_cast<std::ptrdiff_t>(values.size() / 2);
-    std::nth_element(values.begin(), middle, values.end());
-    return *middle;
+    const auto toSeconds = [](const timeval &time) {
+        return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_usec) * 1e-6;
+    };
+    return {duration.count(), toSeconds(used.ru_utime) + toSeconds(used.ru_stime),
+            static_cast<double>(used.ru_maxrss)};
 }

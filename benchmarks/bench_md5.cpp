@@ -1,5 +1,5 @@
-// GetFileMd5() of a large file against `md5sum` of the same file, by turns in one run, and its peak
-// memory with an empty file and with the large one. The exit status is 1 when a bound is missed.
+// GetFileMd5() of a large file against `md5sum` of the same file, and its peak memory with an empty
+// file and with the large one. The exit status is 1 when a bound is missed.
 #include "CommandRun.h"
 #include "common/FileHelper.h"
 
@@ -7,17 +7,12 @@
 #include <QProcess>
 #include <QTemporaryDir>
 
-#include <benchmark/benchmark.h>
-
 #include <cstring>
 
 namespace {
 
-constexpr double kMaxRatio = 1.2;           // of the time that md5sum takes
-constexpr double kMaxGrowthKiB = 16 * 1024; // of the peak memory, whatever the file's size
+constexpr int kMebibytes = 256;
 constexpr int kMiB = 1 << 20;
-
-bool isBoundMissed = false;
 
 /// A file of so many MiB, no two of them alike.
 class LargeFile
@@ -73,59 +68,6 @@ Usage runGetFileMd5(const LargeFile &file)
     return run(file.after({"/proc/self/exe", "--digest"}));
 }
 
-void Md5_AgainstMd5Sum(benchmark::State &state)
-{
-    const LargeFile file(static_cast<int>(state.range(0)));
-    requireEqualDigests(file);
-    runMd5Sum(file); // the first run of each finds a cold disk
-    runGetFileMd5(file);
-    std::vector<double> sums;
-    std::vector<double> ratios;
-    for (auto _ : state) {
-        const double sum = runMd5Sum(file).seconds;
-        const double digest = runGetFileMd5(file).seconds;
-        state.SetIterationTime(digest);
-        sums.push_back(sum);
-        ratios.push_back(digest / sum);
-    }
-    state.counters["md5sum_ms"] = 1000 * median(sums);
-    state.counters["ratio"] = median(ratios);
-    if (median(ratios) > kMaxRatio) {
-        isBoundMissed = true;
-        state.SkipWithError("slower than 1.2 times md5sum");
-    }
-}
-
-void Md5_PeakMemory(benchmark::State &state)
-{
-    const LargeFile empty(0);
-    const LargeFile large(static_cast<int>(state.range(0)));
-    for (auto _ : state) {
-        const Usage ofEmpty = runGetFileMd5(empty);
-        const Usage ofLarge = runGetFileMd5(large);
-        state.SetIterationTime(ofLarge.seconds);
-        state.counters["empty_KiB"] = ofEmpty.peakKiB;
-        state.counters["peak_KiB"] = ofLarge.peakKiB;
-        if (ofLarge.peakKiB > ofEmpty.peakKiB + kMaxGrowthKiB) {
-            isBoundMissed = true;
-            state.SkipWithError("more than 16 MiB of memory");
-        }
-    }
-}
-
-BENCHMARK(Md5_AgainstMd5Sum)
-    ->ArgName("MiB")
-    ->Arg(1024)
-    ->Iterations(5)
-    ->UseManualTime()
-    ->Unit(benchmark::kMillisecond);
-BENCHMARK(Md5_PeakMemory)
-    ->ArgName("MiB")
-    ->Arg(1024)
-    ->Iterations(1)
-    ->UseManualTime()
-    ->Unit(benchmark::kMillisecond);
-
 } // namespace
 
 int main(int argc, char *argv[])
@@ -134,9 +76,16 @@ int main(int argc, char *argv[])
         QString md5;
         return GetFileMd5(QString::fromLocal8Bit(argv[2]), md5);
     }
-    benchmark::Initialize(&argc, argv);
-    if (benchmark::ReportUnrecognizedArguments(argc, argv))
-        return EXIT_FAILURE;
-    benchmark::RunSpecifiedBenchmarks();
-    return isBoundMissed ? EXIT_FAILURE : EXIT_SUCCESS;
+    const LargeFile file(kMebibytes);
+    requireEqualDigests(file);
+
+    addBenchmark("md5/256_MiB", 9, [&](Turns &turns) {
+        turns.compare([&] { return runGetFileMd5(file).seconds; },
+                      [&] { return runMd5Sum(file).seconds; });
+    });
+    addBenchmark("md5/memory", 1, [&](Turns &turns) {
+        const LargeFile empty(0);
+        turns.measure([&] { return runGetFileMd5(file).peakKiB - runGetFileMd5(empty).peakKiB; });
+    });
+    return runBenchmarks(argc, argv);
 }
