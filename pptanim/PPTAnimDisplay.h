@@ -1,5 +1,6 @@
 #pragma once
 
+#include "pptanim/FramePainter.h"
 #include "pptanim/PPTAnimDisplayBase.h"
 #include "pptdata/PPT_fileDat.h"
 
@@ -17,7 +18,9 @@ class StateWalk;
 /// The player. Operations of the interface call one another virtually: what a subclass overrides
 /// holds for all of them. Its concerns are in files of their own: PPTAnimDisplay_Steps.cpp cuts the
 /// page's effects into steps, _ShapeState.cpp tells where each shape is, _Paint.cpp paints it, and
-/// _Playback.cpp moves the position. A StateWalk leads from one position's states to the next's.
+/// _Playback.cpp moves the position. A StateWalk leads from one position's states to the next's, a
+/// FramePainter from one frame to the next. Who changes steps, entries or the model by hand calls
+/// getAllShapeDrawState() before the next frame.
 class PPTAnimDisplay : public PPTAnimDisplayBase
 {
     Q_OBJECT
@@ -157,7 +160,16 @@ private Q_SLOTS:
 
 private:
     bool decode(QByteArray data);
+    QImage plainFrame(QImage image);
+    QImage frameOnce(const QImage &background);
+    /// False when one of the pictures cannot be decoded.
+    bool addPictures(Scene &scene);
 
     std::unique_ptr<StateWalk> stateWalk; // null until the first update for these steps and shapes
     quint64 evaluations = 0;
+
+    FramePainter framePainter;
+    QImage lastFrame; // null: the next one is painted in any case
+    quint64 lastFrameEvaluation = 0;
+    qint64 lastBackground = 0; // its cache key
 };

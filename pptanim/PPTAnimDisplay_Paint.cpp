@@ -27,6 +27,8 @@ QImage PPTAnimDisplay::MakeImage(const QByteArray &data)
     const auto cached = picCachs.find(&data);
     if (cached != picCachs.end())
         image = cached->second;
+    if (cachPic && isFastFormat(image.format()))
+        return image;
     if (image.isNull())
         image.loadFromData(data);
     if (!cachPic)
@@ -41,9 +43,14 @@ QImage PPTAnimDisplay::GetImg()
 {
     if (!curPage)
         return {};
-    QImage image = MakeImage(curPage->pageImage);
-    if (image.isNull())
-        return image;
+    const QImage background = MakeImage(curPage->pageImage);
+    if (background.isNull())
+        return background;
+    return cachPic ? frameOnce(background) : plainFrame(background);
+}
+
+QImage PPTAnimDisplay::plainFrame(QImage image)
+{
     QPainter painter;
     // The one format that a decoder makes and a painter cannot paint on, and would log about. The
     // shapes' states are brought up to date all the same.
@@ -53,6 +60,49 @@ QImage PPTAnimDisplay::GetImg()
     if (painter.isActive())
         painter.end();
     return image;
+}
+
+QImage PPTAnimDisplay::frameOnce(const QImage &background)
+{
+    const quint64 evaluation = updateShapeStates();
+    if (!lastFrame.isNull() && evaluation == lastFrameEvaluation &&
+        background.cacheKey() == lastBackground)
+        return lastFrame;
+    lastFrame = {}; // the painter may take it back
+    Scene scene;
+    scene.background = background;
+    const bool isWhole = addPictures(scene);
+    QImage frame = framePainter.paint(scene);
+    if (isWhole) {
+        lastFrame = frame;
+        lastFrameEvaluation = evaluation;
+        lastBackground = background.cacheKey();
+    }
+    return frame;
+}
+
+bool PPTAnimDisplay::addPictures(Scene &scene)
+{
+    QList<ShapeAnimDat *> list;
+    CoverShapes(shapeAnimDats, list);
+    scene.pictures.reserve(static_cast<size_t>(list.size()));
+    bool isWhole = true;
+    for (ShapeAnimDat *dat : qAsConst(list)) {
+        if (!dat->shape)
+            continue;
+        QRect org = GetShapeOrgRect(dat->shape);
+        const QPoint at = GetAnimCurretRect(*dat, org).topLeft();
+        QImage picture = MakeImage(dat->shape->picDat);
+        isWhole = isWhole && !picture.isNull();
+        if (picture.isNull() || !isNearby(at))
+            continue;
+        const bool isMoving = dat->drawState == DRAW_MOVE;
+        const unsigned int left = dat->effectDuration - dat->effectPassed;
+        if (isMoving && (scene.movingFor == 0 || left < scene.movingFor))
+            scene.movingFor = left;
+        scene.pictures.push_back({std::move(picture), at, isMoving});
+    }
+    return isWhole;
 }
 
 void PPTAnimDisplay::PaintShapes(QPainter &painter)
@@ -112,4 +162,6 @@ bool PPTAnimDisplay::IsCachPic()
 void PPTAnimDisplay::ClearPicCachs()
 {
     picCachs.clear();
+    lastFrame = {};
+    framePainter.clear();
 }

@@ -79,8 +79,8 @@ bool PPTAnimDisplay::prevStep()
 bool PPTAnimDisplay::nextFrame(unsigned int ms)
 {
     if (animStep == 0) {
-        const EffectStep *first = GetEffectStep(1);
-        if (first && first->stepType != 1) // starts without a click
+        const auto first = effectSteps.find(1);
+        if (first != effectSteps.end() && first->second.stepType != 1) // starts without a click
             animStep = 1;
     }
     if (GetStepDuration(animStep) <= passedDuration)
@@ -108,6 +108,7 @@ void PPTAnimDisplay::StartRun()
 void PPTAnimDisplay::StopRun()
 {
     animTimer.stop();
+    framePainter.endRun();
 }
 
 bool PPTAnimDisplay::IsRunning()

@@ -57,7 +57,10 @@ void PPTAnimDisplay::AnalyszEffectSteps()
 PPTAnimDisplay::EffectStep *PPTAnimDisplay::GetEffectStep(unsigned int step)
 {
     const auto found = effectSteps.find(step);
-    return found == effectSteps.end() ? nullptr : &found->second;
+    if (found == effectSteps.end())
+        return nullptr;
+    stateWalk.reset(); // the record may be changed by who has it
+    return &found->second;
 }
 
 unsigned int PPTAnimDisplay::GetStepCount()
@@ -67,6 +70,6 @@ unsigned int PPTAnimDisplay::GetStepCount()
 
 unsigned int PPTAnimDisplay::GetStepDuration(unsigned int step)
 {
-    const EffectStep *record = GetEffectStep(step);
-    return record ? record->stepDuration : 0;
+    const auto found = effectSteps.find(step);
+    return found == effectSteps.end() ? 0 : found->second.stepDuration;
 }

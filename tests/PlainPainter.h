@@ -5,7 +5,8 @@
 #include <QPainter>
 
 /// The player that paints every visible shape for every frame, without regard to time: what the
-/// library's player must show.
+/// library's player must show. Pictures, states and places are the library's: how these become a
+/// frame is what it tells.
 class PlainPainter : public AnimModel::OpenPlayer
 {
 public:
@@ -13,13 +14,13 @@ public:
     {
         if (!curPage)
             return {};
-        QImage image = MakeImage(curPage->pageImage);
-        if (image.isNull())
-            return image;
+        QImage frame = MakeImage(curPage->pageImage);
+        if (frame.isNull())
+            return frame;
         getAllShapeDrawState();
-        if (image.format() == QImage::Format_Indexed8) // which nobody can paint on
-            return image;
-        QPainter painter(&image);
+        if (frame.format() == QImage::Format_Indexed8) // which nobody can paint on
+            return frame;
+        QPainter painter(&frame);
         painter.setRenderHint(QPainter::SmoothPixmapTransform);
         QList<ShapeAnimDat *> visible;
         CoverShapes(shapeAnimDats, visible);
@@ -27,7 +28,8 @@ public:
             if (dat->shape)
                 draw(painter, *dat);
         }
-        return image;
+        painter.end();
+        return frame;
     }
 
 private:
@@ -36,7 +38,7 @@ private:
         QRect atRest = GetShapeOrgRect(dat.shape);
         const QPoint at = GetAnimCurretRect(dat, atRest).topLeft();
         const QImage picture = MakeImage(dat.shape->picDat);
-        // Of what is farther away than an image can be large nothing is seen, and at the ends of
+        // Nothing is seen of what is farther away than an image can be large, and at the ends of
         // the range Qt's sums of coordinates may overflow.
         constexpr int kFar = 1 << 30;
         if (!picture.isNull() && qMax(qAbs(qint64(at.x())), qAbs(qint64(at.y()))) < kFar)

@@ -1,6 +1,6 @@
 #include "AnimModel.h"
 #include "PlainStates.h"
-#include "RandomSlides.h"
+#include "RandomEffects.h"
 
 #include <QRandomGenerator>
 #include <QTest>
@@ -440,7 +440,7 @@ private Q_SLOTS:
         QRandomGenerator random(seed);
         for (int round = 0; round < 200; ++round) {
             OpenPlayer player;
-            player.load(RandomSlides::page(random));
+            player.load(RandomEffects::page(random));
             PlainStates plain(*player.curPage);
             QVERIFY(isSame(plain.m_entries, player.shapeAnimDats));
             PPT_Effect foreign;
@@ -452,7 +452,7 @@ private Q_SLOTS:
                     player.shapeAnimDats[id].effect = plain.m_entries[id].effect = &foreign;
                 }
                 const auto step = unsigned(random.bounded(int(player.effectSteps.size()) + 2));
-                const unsigned int passed = RandomSlides::passed(random, player, step);
+                const unsigned int passed = RandomEffects::passed(random, player, step);
                 evaluate(player, step, passed);
                 plain.evaluate(step, passed);
                 QVERIFY2(isSame(plain.m_entries, player.shapeAnimDats),

@@ -1,7 +1,7 @@
 #include "AnimModel.h"
 #include "PlainStates.h"
 #include "PlainWalk.h"
-#include "RandomSlides.h"
+#include "RandomEffects.h"
 
 #include <QTest>
 
@@ -106,7 +106,7 @@ private Q_SLOTS:
         QRandomGenerator random(seed);
         for (int round = 0; round < rounds; ++round) {
             OpenPlayer player;
-            player.load(RandomSlides::page(random, effects));
+            player.load(RandomEffects::page(random, effects));
             Companion plain(player);
             quint64 before = 0;
             for (int move = 0; move < 40; ++move) {
@@ -116,7 +116,7 @@ private Q_SLOTS:
                 if (kind < 2)
                     player.animStep = unsigned(random.bounded(int(player.effectSteps.size()) + 2));
                 if (kind < 8)
-                    player.passedDuration = RandomSlides::passed(random, player, player.animStep);
+                    player.passedDuration = RandomEffects::passed(random, player, player.animStep);
                 const bool isThere = move > 0 && player.animStep == stepBefore &&
                                      player.passedDuration == passedBefore;
                 const quint64 now = player.updateShapeStates();
@@ -142,7 +142,7 @@ private Q_SLOTS:
         QRandomGenerator random(seed);
         for (int round = 0; round < 50; ++round) {
             OpenPlayer player;
-            player.load(RandomSlides::page(random, 30));
+            player.load(RandomEffects::page(random, 30));
             Companion plain(player);
             PlainStates byShapes(*player.curPage);
             const auto agree = [&] {

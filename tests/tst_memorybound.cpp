@@ -17,6 +17,7 @@
 #include <QtTest>
 
 #include <array>
+#include <functional>
 #include <memory>
 #include <thread>
 #include <vector>
@@ -26,6 +27,8 @@
 using namespace LargeModels;
 
 Q_DECLARE_METATYPE(LargeModels::Make)
+using Act = std::function<void(AnimModel::OpenPlayer &)>;
+Q_DECLARE_METATYPE(Act)
 
 namespace {
 
@@ -35,6 +38,8 @@ constexpr qint64 kMiB = 1024 * 1024;
 // smaller files do.
 const std::vector<int> kSizes{1'000'000,
                               kSanitized || !emulator().isEmpty() ? 4'000'000 : 20'000'000};
+constexpr QSize kPagePixels{1000, 500};
+constexpr qint64 kPageBytes = 4 * 1000 * 500;
 
 struct DestroyManager
 {
@@ -49,6 +54,41 @@ Manager managerOf(DocCovRslt::DOCRSLT_TYPE kind, const QStringList &files)
     for (int page = 0; page < files.size(); ++page)
         manager->AddDocPage(static_cast<unsigned int>(page), files.at(page));
     return manager;
+}
+
+/// At the start of a step, in which a shape as high as the page flies in within 1 s and a small one
+/// within 1.5 s.
+class RunningPlayer : public OpenPlayer
+{
+public:
+    RunningPlayer()
+    {
+        const auto picture = [](QSize size) {
+            QImage image(size, QImage::Format_ARGB32);
+            image.fill(QColor(10, 20, 30, 40));
+            return PageFiles::encoded(image);
+        };
+        QImage background(kPagePixels, QImage::Format_RGB32);
+        background.fill(Qt::gray);
+        const auto height = float(kPagePixels.height());
+        Init(kPage,
+             modelBytes({newPage({newShape(1, 100, 0, 50, height, picture({50, 500})),
+                                  newShape(2, 40, 10, 90, 90, picture({90, 90}))},
+                                 {newEffect(kClick, 1, 1), newEffect(kWith, 1.5F, 2)},
+                                 PageFiles::encoded(background))}),
+             25);
+        SetCachPic(true);
+        SetAnimStep(1);
+    }
+
+    static constexpr qint64 kPictureBytes = 4 * (50 * 500 + 90 * 90);
+};
+
+// What is wrong with that a run takes `bytes`: pages, the shapes' pictures once more, little else.
+QString excessOverPages(qint64 bytes, int pages)
+{
+    const qint64 bound = pages * kPageBytes + RunningPlayer::kPictureBytes + 50'000;
+    return bytes < bound ? QString() : QStringLiteral("%1 of %2 bytes").arg(bytes).arg(bound);
 }
 
 template <typename Work>
@@ -316,6 +356,152 @@ private Q_SLOTS:
             QCOMPARE(image.size(), QSize(4000, 3000));
             QCOMPARE(excess(highest, QFileInfo(file).size(), 2 * 48'000'000), QString());
         }
+    }
+
+    // With a host that holds some of the images, which are its own.
+    void aRun_data()
+    {
+        QTest::addColumn<int>("held");
+        QTest::addColumn<int>("mostFresh"); // of 20 images
+        QTest::addColumn<int>("pages");     // that are the player's
+        QTest::newRow("none held") << 0 << 0 << 3;
+        QTest::newRow("one held") << 1 << 0 << 4;
+        QTest::newRow("two held") << 2 << 0 << 5;
+        QTest::newRow("three held") << 3 << 7 << 5;
+        QTest::newRow("four held") << 4 << 20 << 5;
+        QTest::newRow("all held") << 30 << 20 << 5;
+    }
+    void aRun()
+    {
+        QFETCH(int, held);
+        QFETCH(int, mostFresh);
+        QFETCH(int, pages);
+        RunningPlayer player;
+        const LiveBytes::Count count;
+        std::vector<QImage> host(static_cast<size_t>(held));
+        int fresh = 0; // images in memory of their own
+        for (unsigned int frame = 0; frame < 24; ++frame) {
+            player.SetAnimPassedDuration(frame * 40);
+            const LiveBytes::Count ofFrame;
+            QImage image = player.GetImg();
+            fresh += frame >= 4 && ofFrame.highest() > kPageBytes / 10;
+            if (held > 0)
+                host[frame % host.size()] = std::move(image);
+        }
+        QVERIFY2(fresh <= mostFresh, qPrintable(QString::number(fresh)));
+        QCOMPARE(excessOverPages(count.highest(), 5 + held), QString());
+        host.clear();
+        QCOMPARE(excessOverPages(count.kept(), pages), QString());
+        player.SetAnimPassedDuration(1500);
+        player.GetImg(); // which is kept in case it is asked for again
+        QCOMPARE(excessOverPages(count.kept(), 1), QString());
+        player.ClearPicCachs();
+        // With the pictures that were decoded before.
+        QCOMPARE(excessOverPages(count.kept() + 2 * RunningPlayer::kPictureBytes, -1), QString());
+    }
+
+    // Which are taken for lost, after a while.
+    void imagesThatAHostKeeps()
+    {
+        RunningPlayer player;
+        std::vector<QImage> host;
+        QImage shown;
+        for (unsigned int frame = 0; frame < 24; ++frame) {
+            player.SetAnimPassedDuration(frame * 40);
+            const LiveBytes::Count ofFrame;
+            shown = player.GetImg();
+            const qint64 taken = ofFrame.highest();
+            QVERIFY2(frame < 16 || taken < kPageBytes / 10, qPrintable(QString::number(taken)));
+            if (frame == 3 || frame == 5)
+                host.push_back(shown);
+        }
+    }
+
+    // Earlier it would be in vain.
+    void theBeginOfARun_data()
+    {
+        QTest::addColumn<QVector<unsigned int>>("times"); // of the images, ms
+        QTest::addColumn<bool>("isPrepared");
+        const auto row = [](const char *name, const QVector<unsigned int> &times, bool isPrepared) {
+            QTest::newRow(name) << times << isPrepared;
+        };
+        row("one image", {40}, false);
+        row("two", {40, 80}, true);
+        row("the same twice", {40, 40}, false);
+        row("at rest between them", {40, 2000, 80}, false);
+        row("200 ms left of one", {100, 800}, true);
+        row("199 ms left of one", {100, 801}, false);
+        row("less moves than before", {100, 1100}, false);
+        row("less moves, twice", {100, 1100, 1140}, true);
+        row("200 ms left", {1100, 1300}, true);
+        row("199 ms left", {1100, 1301}, false);
+    }
+    void theBeginOfARun()
+    {
+        QFETCH(QVector<unsigned int>, times);
+        QFETCH(bool, isPrepared);
+        RunningPlayer player;
+        const LiveBytes::Count count;
+        for (const unsigned int ms : times) {
+            player.SetAnimPassedDuration(ms);
+            player.GetImg();
+        }
+        QCOMPARE(excessOverPages(count.kept(), 1).isEmpty(), !isPrepared);
+    }
+
+    // When the one as high as the page has come to rest, there is less to be repainted.
+    void theRestOfARun()
+    {
+        RunningPlayer player;
+        const LiveBytes::Count count;
+        for (const unsigned int ms : {700U, 740U, 1020U, 1060U}) {
+            player.SetAnimPassedDuration(ms);
+            player.GetImg();
+        }
+        const qint64 kept = count.kept();
+        QVERIFY2(kept > 2 * kPageBytes && kept < 5 * kPageBytes / 2,
+                 qPrintable(QString::number(kept)));
+    }
+
+    void theEndOfARun_data()
+    {
+        QTest::addColumn<Act>("end");
+        QTest::addColumn<int>("pages"); // that are left
+        const auto row = [](const char *name, int pages, const Act &end) {
+            QTest::newRow(name) << end << pages;
+        };
+        row("another frame", 1, [](OpenPlayer &player) {
+            player.SetAnimPassedDuration(1500);
+            player.GetImg();
+        });
+        row("StopRun", 1, [](OpenPlayer &player) { player.StopRun(); });
+        row("SetAnimStep", 1, [](OpenPlayer &player) { player.SetAnimStep(1); });
+        row("prevStep", 1, [](OpenPlayer &player) { player.prevStep(); });
+        row("GotoEnd", 1, [](OpenPlayer &player) { player.GotoEnd(); });
+        row("the timer", 1, [](OpenPlayer &player) {
+            QSignalSpy finished(&player, &PPTAnimDisplay::s_AnimFnished);
+            player.animTimer.setInterval(1);
+            player.StartRun();
+            player.SetAnimPassedDuration(1500);
+            QVERIFY(finished.wait());
+        });
+        row("ClearPicCachs", 0, [](OpenPlayer &player) { player.ClearPicCachs(); });
+        row("SetCachPic", 0, [](OpenPlayer &player) { player.SetCachPic(false); });
+        row("Clear", 0, [](OpenPlayer &player) { player.Clear(); });
+    }
+    void theEndOfARun()
+    {
+        QFETCH(Act, end);
+        QFETCH(int, pages);
+        RunningPlayer player;
+        const LiveBytes::Count count;
+        for (unsigned int frame = 0; frame < 10; ++frame) {
+            player.SetAnimPassedDuration(frame * 40);
+            player.GetImg();
+        }
+        QVERIFY(count.kept() > 2 * kPageBytes);
+        end(player);
+        QCOMPARE(excessOverPages(count.kept(), pages), QString());
     }
 
     void pipes_data()

@@ -7,7 +7,7 @@
 #include <iterator>
 
 /// Slides of few shapes with effects of all kinds, and positions in them.
-namespace RandomSlides {
+namespace RandomEffects {
 
 /// `most` effects at the most.
 inline PPT_Page *page(QRandomGenerator &random, int most = 9)
@@ -52,4 +52,4 @@ inline unsigned int passed(QRandomGenerator &random, const AnimModel::OpenPlayer
     return start;
 }
 
-} // namespace RandomSlides
+} // namespace RandomEffects
