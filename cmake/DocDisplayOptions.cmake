@@ -33,6 +33,7 @@ option(DOCDISPLAY_BUILD_BENCHMARKS "Build the benchmarks (needs Google Benchmark
 option(DOCDISPLAY_BUILD_FUZZERS "Build the fuzz targets as libFuzzer programs (needs clang)" OFF)
 option(DOCDISPLAY_WARNINGS_AS_ERRORS "Treat compiler warnings as errors" OFF)
 option(DOCDISPLAY_PRECOMPILED_HEADERS "Compile with precompiled headers, in half the time" OFF)
+option(DOCDISPLAY_UNITY_BUILD "Compile several sources of a target as one" OFF)
 option(DOCDISPLAY_COVERAGE "Instrument for gcov; the tests check the coverage as well" OFF)
 option(DOCDISPLAY_LINT "Add clang-format and clang-tidy to the tests" OFF)
 

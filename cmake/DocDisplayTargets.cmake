@@ -20,7 +20,7 @@ function(docdisplay_target_defaults target)
     AUTOMOC ${ARG_MOC}
     AUTOUIC OFF
     AUTORCC OFF
-    UNITY_BUILD ${DOCDISPLAY_LINT} # clang-tidy spends its time on Qt's headers: once per batch
+    UNITY_BUILD ${DOCDISPLAY_UNITY_BUILD}
     UNITY_BUILD_BATCH_SIZE 8
     DEBUG_POSTFIX ""
     NO_SYSTEM_FROM_IMPORTED OFF
@@ -36,6 +36,9 @@ function(docdisplay_target_defaults target)
   endif()
   if(DOCDISPLAY_WARNINGS_AS_ERRORS)
     target_compile_options(${target} PRIVATE -Werror)
+  endif()
+  if(DOCDISPLAY_UNITY_BUILD AND CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+    target_compile_options(${target} PRIVATE -Wno-subobject-linkage) # what it includes is no header
   endif()
   if(DOCDISPLAY_SANITIZE_FLAG)
     target_compile_options(${target} PRIVATE

@@ -1,6 +1,7 @@
 #include "emfdeal/EmfDeal.h"
 
 #include "emfdeal/Guarded.h"
+#include "emfdeal/LogModule.h"
 
 #include <KxBase/KxLog.h>
 
@@ -11,7 +12,6 @@ Q_DECLARE_METATYPE(std::string) // here alone: a host may do so, too
 
 namespace {
 
-constexpr const char *kModule = "VPrnt";
 constexpr qint32 kStage = 3; // of all progress that is told
 
 // Those that are there, from the index `from` on.
@@ -33,7 +33,7 @@ void tellEnd(const std::string &taskId, const Emit &emitEnd)
     if (isTold)
         return;
     succeeds([&] { // without the line, if need be
-        KxBase::KxSDKCommonLog(Kxlogger::LOG_LEVEL_ERROR, kModule,
+        KxBase::KxSDKCommonLog(Kxlogger::LOG_LEVEL_ERROR, kLogModule,
                                "encode Emf, tell end failed! (task:%s)", taskId.c_str());
         return true;
     });
@@ -107,10 +107,10 @@ void EmfDeal::slot_startEmfEncode(std::string taskId, DocCovRslt::PAGE_FORMAT_DE
     succeeds([&] { // without the line, if need be
         const QByteArray file = files.value(i).toUtf8();
         if (isCancelled)
-            KxBase::KxSDKCommonLog(Kxlogger::LOG_LEVEL_ERROR, kModule,
+            KxBase::KxSDKCommonLog(Kxlogger::LOG_LEVEL_ERROR, kLogModule,
                                    "cancel encode Emf!(file:%s)", file.constData());
         else
-            KxBase::KxSDKCommonLog(Kxlogger::LOG_LEVEL_ERROR, kModule,
+            KxBase::KxSDKCommonLog(Kxlogger::LOG_LEVEL_ERROR, kLogModule,
                                    "encode Emf failed! (format:%d, file:%s)", fmt,
                                    file.constData());
         return true;

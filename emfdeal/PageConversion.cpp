@@ -3,6 +3,7 @@
 
 #include "common/FileHelper.h"
 #include "emfdeal/Guarded.h"
+#include "emfdeal/LogModule.h"
 
 #include <KxBase/KxLog.h>
 
@@ -14,7 +15,7 @@ constexpr int kLargePng = 256000; // bytes; above it a JPG is tried
 
 void logResult(const QString &src, const EmfDeal::PageCovrRslt &rslt)
 {
-    KxBase::KxSDKCommonLog(Kxlogger::LOG_LEVEL_INFO, "VPrnt",
+    KxBase::KxSDKCommonLog(Kxlogger::LOG_LEVEL_INFO, kLogModule,
                            "encodeEmf(%s), rslt format:%d, len:%d", src.toUtf8().constData(),
                            rslt.picFormat, rslt.rsltDat.size());
 }

@@ -1,5 +1,6 @@
 #include "emfdeal/DecodedFormat.h"
 #include "emfdeal/EmfDeal.h"
+#include "emfdeal/LogModule.h"
 #include "emfdeal/PageResultHeader.h"
 
 #include <KxBase/KxLog.h>
@@ -11,8 +12,6 @@
 #include <new>
 
 namespace {
-
-constexpr const char *kModule = "VPrnt";
 
 // The most of a payload that is read: what one QByteArray can hold, with room for its own head and
 // the closing NUL.
@@ -66,7 +65,7 @@ qint64 countUpTo(QFile &file, qint64 limit)
 bool openPage(QFile &file, PageResultHeader &header)
 {
     if (!file.open(QIODevice::ReadOnly)) {
-        KxBase::KxSDKCommonLog(Kxlogger::LOG_LEVEL_ERROR, kModule,
+        KxBase::KxSDKCommonLog(Kxlogger::LOG_LEVEL_ERROR, kLogModule,
                                "IsEmfDealRsltFile, open fialed! (err:%d, file:%s)", file.error(),
                                file.fileName().toUtf8().constData());
         return false;
@@ -76,14 +75,14 @@ bool openPage(QFile &file, PageResultHeader &header)
     std::array<char, PageResultHeader::kSize> head = {};
     const auto headRead = static_cast<qint32>(file.read(head.data(), head.size()));
     if (static_cast<quint32>(headRead) < head.size()) {
-        KxBase::KxSDKCommonLog(Kxlogger::LOG_LEVEL_ERROR, kModule,
+        KxBase::KxSDKCommonLog(Kxlogger::LOG_LEVEL_ERROR, kLogModule,
                                "IsEmfDealRsltFile, file too small! (file:%s, size:%d)",
                                file.fileName().toUtf8().constData(), static_cast<int>(file.size()));
         return false;
     }
     header = PageResultHeader::parse(head.data());
     if (!header.isPageResultFile()) {
-        KxBase::KxSDKCommonLog(Kxlogger::LOG_LEVEL_ERROR, kModule,
+        KxBase::KxSDKCommonLog(Kxlogger::LOG_LEVEL_ERROR, kLogModule,
                                "IsEmfDealRsltFile, file format err! (0x%x,0x%x)", header.magic,
                                static_cast<unsigned int>(header.version));
         return false;
@@ -95,7 +94,7 @@ bool openPage(QFile &file, PageResultHeader &header)
 int formatOf(const PageResultHeader &header, qint64 size)
 {
     if (size != header.datSize) {
-        KxBase::KxSDKCommonLog(Kxlogger::LOG_LEVEL_ERROR, kModule,
+        KxBase::KxSDKCommonLog(Kxlogger::LOG_LEVEL_ERROR, kLogModule,
                                "getPicDataFromFile readSize:%d != headDatSize:%d",
                                static_cast<int>(size), header.datSize);
         return DocCovRslt::PAGE_FORMAT_NONE;
@@ -110,13 +109,13 @@ int shownFormat(const QString &path, int fmt, qint64 size)
     // refuse.
     if (fmt > DocCovRslt::PAGE_FORMAT_PNG ||
         static_cast<quint32>(fmt) < static_cast<quint32>(DocCovRslt::PAGE_FORMAT_JPG)) {
-        KxBase::KxSDKCommonLog(Kxlogger::LOG_LEVEL_ERROR, kModule,
+        KxBase::KxSDKCommonLog(Kxlogger::LOG_LEVEL_ERROR, kLogModule,
                                "decodeEmf, picFormat(%d) not support! (file:%s)", fmt,
                                path.toUtf8().constData());
         return DocCovRslt::PAGE_FORMAT_NONE;
     }
     if (size <= 0) {
-        KxBase::KxSDKCommonLog(Kxlogger::LOG_LEVEL_ERROR, kModule,
+        KxBase::KxSDKCommonLog(Kxlogger::LOG_LEVEL_ERROR, kLogModule,
                                "decodeEmf, rsltDat.size <= 0! (file:%s)",
                                path.toUtf8().constData());
         return DocCovRslt::PAGE_FORMAT_NONE;
@@ -144,14 +143,14 @@ bool EmfDeal::WriteEmfDealRsltFile(const QString &path, EmfDeal::PageCovrRslt &r
     QFile file(path);
     // Unbuffered: what fails when a buffer is flushed on closing would go unnoticed.
     if (!file.open(QIODevice::WriteOnly | QIODevice::Truncate | QIODevice::Unbuffered)) {
-        KxBase::KxSDKCommonLog(Kxlogger::LOG_LEVEL_ERROR, kModule,
+        KxBase::KxSDKCommonLog(Kxlogger::LOG_LEVEL_ERROR, kLogModule,
                                "CreateEmfDealRsltFile! (err:%d, file:%s)", file.error(),
                                path.toUtf8().constData());
         return false;
     }
     const QByteArray header = getHeader(rslt.rsltDat.size(), rslt.picFormat);
     if (file.write(header) < header.size() || file.write(rslt.rsltDat) < rslt.rsltDat.size()) {
-        KxBase::KxSDKCommonLog(Kxlogger::LOG_LEVEL_ERROR, kModule,
+        KxBase::KxSDKCommonLog(Kxlogger::LOG_LEVEL_ERROR, kLogModule,
                                "WrtEmfDealRsltFile! (err:%d, file:%s)", file.error(),
                                path.toUtf8().constData());
         return false;
