@@ -37,7 +37,7 @@ function(docdisplay_target_defaults target)
   if(DOCDISPLAY_WARNINGS_AS_ERRORS)
     target_compile_options(${target} PRIVATE -Werror)
   endif()
-  if(DOCDISPLAY_UNITY_BUILD AND CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+  if(DOCDISPLAY_UNITY_BUILD AND CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND NOT DOCDISPLAY_LINT)
     target_compile_options(${target} PRIVATE -Wno-subobject-linkage) # what it includes is no header
   endif()
   if(DOCDISPLAY_SANITIZE_FLAG)
