@@ -4,7 +4,7 @@
 
 namespace {
 
-constexpr size_t kMost = 3;
+constexpr size_t kMostBuffers = 3;
 constexpr unsigned int kPatience = 8; // turns
 
 // Whoever held it may have dropped it on another thread, having read it there before it is written
@@ -38,7 +38,7 @@ FrameBuffers::Buffer &FrameBuffers::next(const QImage &original)
 // unless the oldest one has been held for so long that it does not seem to come back.
 FrameBuffers::Buffer &FrameBuffers::place()
 {
-    if (m_buffers.size() < kMost)
+    if (m_buffers.size() < kMostBuffers)
         m_buffers.emplace_back();
     else if (m_turn - m_buffers.front().turn > kPatience)
         std::rotate(m_buffers.begin(), m_buffers.begin() + 1, m_buffers.end());

@@ -1,6 +1,15 @@
 # The programs and their parts.
 docdisplay_runnable(docpage_program docpage)
 docdisplay_runnable(docviewer_program docviewer)
+
+# What tests of the programs share.
+add_library(docpage_test STATIC DocpageRun.cpp DocpageTest.h)
+docdisplay_target_defaults(docpage_test MOC)
+target_compile_definitions(docpage_test PUBLIC DOCPAGE_PROGRAM="${docpage_program}")
+target_link_libraries(docpage_test PUBLIC docpage_parts Qt5::Test)
+docdisplay_precompile_test(docpage_test)
+add_dependencies(docpage_test docpage)
+
 docdisplay_test(tst_naturalorder LABELS tools LIBRARIES docpage_parts)
 docdisplay_test(tst_picturecheck LABELS tools LIBRARIES docpage_parts)
 docdisplay_test(tst_childrun LABELS tools LIBRARIES docpage_parts)
@@ -19,11 +28,8 @@ docdisplay_test(tst_timeline LABELS tools SOURCES OffscreenScreen.cpp LIBRARIES 
 foreach(test IN ITEMS tst_docpage tst_docpage_output tst_docpage_wrap tst_docpage_info
                       tst_docpage_check tst_docpage_encode tst_docpage_deck tst_docpage_model
                       tst_docpage_play)
-  docdisplay_test(${test} LABELS tools SOURCES DocpageRun.cpp DocpageTest.h
-                  LIBRARIES docpage_parts)
-  add_dependencies(${test} docpage)
+  docdisplay_test(${test} LABELS tools LIBRARIES docpage_test)
   target_compile_definitions(${test} PRIVATE
-    DOCPAGE_PROGRAM="${docpage_program}"
     DOCPAGE_VERSION="${DocDisplay_VERSION}"
     DOCPAGE_MAN_PAGE="${PROJECT_SOURCE_DIR}/docs/man/docpage.1"
     DOCPAGE_DECK_SCHEMA="${PROJECT_SOURCE_DIR}/docs/deck.schema.json"
@@ -41,14 +47,13 @@ target_compile_definitions(tst_docpage_check PRIVATE
   TEST_PLUGINS="${CMAKE_CURRENT_BINARY_DIR}/plugins"
   SAMPLE_DECK="${PROJECT_SOURCE_DIR}/samples/deck/deck.json")
 
-docdisplay_test(tst_displaydeck_sample LABELS docdisplay SOURCES DocpageRun.cpp
-                LIBRARIES docpage_parts)
-docdisplay_test(tst_docpage_sample LABELS tools SOURCES DocpageRun.cpp LIBRARIES docpage_parts)
+docdisplay_test(tst_displaydeck_sample LABELS docdisplay LIBRARIES docpage_test)
+docdisplay_test(tst_docpage_sample LABELS tools LIBRARIES docpage_test)
 docdisplay_test(tst_samplepaint LABELS pptanim SOURCES DocpageRun.cpp LIBRARIES docdisplay_static)
+add_dependencies(tst_samplepaint docpage)
+target_compile_definitions(tst_samplepaint PRIVATE DOCPAGE_PROGRAM="${docpage_program}")
 foreach(test IN ITEMS tst_displaydeck_sample tst_docpage_sample tst_samplepaint)
-  add_dependencies(${test} docpage)
   target_compile_definitions(${test} PRIVATE
-    DOCPAGE_PROGRAM="${docpage_program}"
     SAMPLE_DECK="${PROJECT_SOURCE_DIR}/samples/deck/deck.json"
     SAMPLE_HASHES="${CMAKE_CURRENT_SOURCE_DIR}/data/sample_deck.hashes")
 endforeach()

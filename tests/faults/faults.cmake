@@ -19,13 +19,15 @@ if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND "address" IN_LIST DOCDISPLAY_SANITIZ
   string(PREPEND preloaded "${libasan}:")
 endif()
 
+add_library(fault_runs STATIC faults/FaultRuns.cpp faults/FaultRuns.h)
+docdisplay_target_defaults(fault_runs)
+target_compile_definitions(fault_runs PRIVATE FAULTS_LIBRARIES="${preloaded}")
+target_link_libraries(fault_runs PUBLIC docpage_test)
+docdisplay_precompile_test(fault_runs)
+add_dependencies(fault_runs faults)
+
 foreach(test IN ITEMS tst_faults tst_faults_encoder tst_faults_viewer tst_killed)
-  docdisplay_test(${test} LABELS faults SOURCES DocpageRun.cpp faults/FaultRuns.cpp
-                  LIBRARIES docpage_parts)
-  add_dependencies(${test} docpage faults)
-  target_compile_definitions(${test} PRIVATE
-    DOCPAGE_PROGRAM="$<TARGET_FILE:docpage>"
-    FAULTS_LIBRARIES="${preloaded}")
+  docdisplay_test(${test} LABELS faults LIBRARIES fault_runs)
 endforeach()
 set_tests_properties(tst_faults PROPERTIES COST 100) # the longest: not begun last
 add_dependencies(tst_faults_encoder encoding_host) # of docs/encoding.md
