@@ -11,8 +11,8 @@ bool isFastFormat(QImage::Format format)
            format == QImage::Format_ARGB32_Premultiplied;
 }
 
-// Qt's images have less than 2^30 pixels a side, so what is farther away leaves no trace; at the
-// ends of the range Qt's sums of coordinates may overflow.
+// An image with colours has less than 2^30 pixels a side, so what is farther away leaves no trace; at
+// the ends of the range Qt's sums of coordinates may overflow.
 bool isNearby(const QPoint &at)
 {
     constexpr int kFar = 1 << 30;

@@ -8,7 +8,7 @@
 namespace {
 
 /// Paints the shapes one by one, each in its place, as any program would with the same pictures.
-class PlainPainter : public AnimModel::OpenPlayer
+class PlacePainter : public AnimModel::OpenPlayer
 {
 public:
     QImage plainFrame()
@@ -75,7 +75,7 @@ private Q_SLOTS:
         QByteArray model;
         QCOMPARE(EmfDeal::decodeEmf(place.path(QStringLiteral("pages/page_%1").arg(page)), model),
                  3);
-        PlainPainter player;
+        PlacePainter player;
         QVERIFY(player.Init(page, model, 25));
         player.SetCachPic(true);
         QTEST(player.GetImg().format(), "format");
