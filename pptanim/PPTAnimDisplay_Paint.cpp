@@ -11,7 +11,7 @@ bool isFastFormat(QImage::Format format)
            format == QImage::Format_ARGB32_Premultiplied;
 }
 
-// An image with colours has less than 2^30 pixels a side, so what is farther away leaves no trace; at
+// An image with colours has less than 2^30 pixels a side: what is farther away leaves no trace. At
 // the ends of the range Qt's sums of coordinates may overflow.
 bool isNearby(const QPoint &at)
 {
