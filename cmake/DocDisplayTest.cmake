@@ -66,16 +66,21 @@ function(docdisplay_precompile_test target)
   endif()
 endfunction()
 
-# docdisplay_test(<name> [LABELS <label>...] [SOURCES <file>...] [LIBRARIES <target>...]): the Qt
-# Test program of <name>.cpp, linked to the shared library unless LIBRARIES names another.
+# docdisplay_test(<name> [FOLDER <folder>] [LABELS <label>...] [SOURCES <file>...]
+# [LIBRARIES <target>...]): the Qt Test program of <name>.cpp, which may be in a folder below, linked
+# to the shared library unless LIBRARIES names another.
 function(docdisplay_test name)
-  cmake_parse_arguments(ARG "" "" "LABELS;SOURCES;LIBRARIES" ${ARGN})
+  cmake_parse_arguments(ARG "" "FOLDER" "LABELS;SOURCES;LIBRARIES" ${ARGN})
+  set(source "${name}.cpp")
+  if(ARG_FOLDER)
+    string(PREPEND source "${ARG_FOLDER}/")
+  endif()
   if(NOT ARG_LIBRARIES)
     set(ARG_LIBRARIES docdisplay)
   endif()
   # The one file with classes of its own: AUTOMOC would add a file to compile to each program.
-  qt5_generate_moc(${name}.cpp "${CMAKE_CURRENT_BINARY_DIR}/${name}.moc")
-  add_executable(${name} ${name}.cpp "${CMAKE_CURRENT_BINARY_DIR}/${name}.moc" ${ARG_SOURCES})
+  qt5_generate_moc(${source} "${CMAKE_CURRENT_BINARY_DIR}/${name}.moc")
+  add_executable(${name} ${source} "${CMAKE_CURRENT_BINARY_DIR}/${name}.moc" ${ARG_SOURCES})
   docdisplay_target_defaults(${name})
   target_include_directories(${name} PRIVATE "${CMAKE_CURRENT_BINARY_DIR}")
   target_link_libraries(${name} PRIVATE ${ARG_LIBRARIES} Qt5::Test)

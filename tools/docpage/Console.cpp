@@ -6,7 +6,7 @@
 namespace {
 
 int printErrno = 0; // of the first failure
-const char *programName = "docpage";
+const char *nameOfProgram = "docpage";
 
 } // namespace
 
@@ -27,12 +27,17 @@ QString printFault()
 
 void setProgramName(const char *name)
 {
-    programName = name;
+    nameOfProgram = name;
+}
+
+const char *programName()
+{
+    return nameOfProgram;
 }
 
 void printError(const QString &message)
 {
-    std::fprintf(stderr, "%s: %s\n", programName, escaped(message).toUtf8().constData());
+    std::fprintf(stderr, "%s: %s\n", nameOfProgram, escaped(message).toUtf8().constData());
 }
 
 int reportFault(const QString &file, const QString &fault)

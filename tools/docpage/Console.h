@@ -17,6 +17,7 @@ QString printFault();
 
 /// The program that messages come from: "docpage" unless set. Not copied.
 void setProgramName(const char *name);
+const char *programName();
 
 /// Writes the line "docpage: message" to standard error.
 void printError(const QString &message);

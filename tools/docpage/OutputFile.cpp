@@ -1,5 +1,6 @@
 #include "tools/docpage/OutputFile.h"
 
+#include "tools/docpage/Console.h"
 #include "tools/docpage/EndHeld.h"
 
 #include <QDir>
@@ -27,21 +28,21 @@ QString alreadyExists()
     return QStringLiteral("already exists; use --force to replace it");
 }
 
-// A temporary file's name is made absolute by its text alone, which is wrong for ".." behind a
-// symbolic link.
-QString temporaryName(const QDir &folder)
+// It is told by being changed, which only one thread may do at a time.
+mode_t fileModeMask()
 {
-    const QString canonical = folder.canonicalPath(); // empty when the folder is missing
-    return QDir(canonical.isEmpty() ? folder.path() : canonical)
-        .filePath(QStringLiteral(".docpage-XXXXXX"));
+    static const mode_t mask = [] {
+        const mode_t present = ::umask(0);
+        ::umask(present);
+        return present;
+    }();
+    return mask;
 }
 
 // The permissions of a file made in the ordinary way; those of a temporary file are the owner's.
 void setDefaultPermissions(QFile &file)
 {
-    const mode_t mask = ::umask(0);
-    ::umask(mask);
-    ::fchmod(file.handle(), 0666 & ~mask);
+    ::fchmod(file.handle(), 0666 & ~fileModeMask());
 }
 
 constexpr size_t kBlockSize = 1 << 20; // the end of the program waits for one write of so much
@@ -117,6 +118,15 @@ QString createFolder(const QString &folder)
     return error ? qt_error_string(error.value()) : QString();
 }
 
+// A temporary file's name is made absolute by its text alone, which is wrong for ".." behind a
+// symbolic link.
+QString temporaryName(const QString &folder)
+{
+    const QString canonical = QDir(folder).canonicalPath(); // empty when the folder is missing
+    return QDir(canonical.isEmpty() ? folder : canonical)
+        .filePath(QStringLiteral(".%1-XXXXXX").arg(QLatin1String(programName())));
+}
+
 QString saveFile(const QString &path, const OutputRules &rules,
                  std::initializer_list<QByteArray> parts)
 {
@@ -126,7 +136,7 @@ QString saveFile(const QString &path, const OutputRules &rules,
 
     // Not QSaveFile, which syncs each file to the disk: that takes longer than all the rest.
     const EndHeld end; // lives longer than the file, which would stay behind
-    QTemporaryFile file(temporaryName(QFileInfo(path).dir()));
+    QTemporaryFile file(temporaryName(QFileInfo(path).path()));
     if (!file.open())
         return file.errorString();
     setDefaultPermissions(file);

@@ -27,6 +27,9 @@ private:
 /// \return what went wrong; empty when it is there
 QString createFolder(const QString &folder);
 
+/// What is in the making inside `folder` is named: a hidden file, or folder, of this program.
+QString temporaryName(const QString &folder);
+
 /// Saves a file of the given parts. It appears under its name complete or not at all, and nothing
 /// else is left behind. A symbolic link is replaced itself, not what it points to.
 /// \return what went wrong; empty when the file is there

@@ -165,9 +165,7 @@ QString StagingFolder::create()
     const QString fault = createFolder(m_folder);
     if (!fault.isEmpty())
         return fault;
-    // By its canonical path: ".." behind a symbolic link would be taken as text.
-    m_staging = std::make_unique<QTemporaryDir>(
-        QDir(QDir(m_folder).canonicalPath()).filePath(QStringLiteral(".docpage-XXXXXX")));
+    m_staging = std::make_unique<QTemporaryDir>(temporaryName(m_folder));
     return m_staging->isValid() ? QString() : m_staging->errorString();
 }
 

@@ -1,20 +1,12 @@
 #include "tools/docpage/CommandLine.h"
 #include "tools/docpage/Commands.h"
 #include "tools/docpage/Console.h"
-#include "tools/docpage/LibraryLog.h"
+#include "tools/docpage/Program.h"
 
 #include <QGuiApplication>
-#include <QTextCodec>
 
 #include <algorithm>
-#include <clocale>
-#include <csignal>
-#include <cstdio>
-#include <cstdlib>
 #include <memory>
-#include <new>
-
-#include <fcntl.h>
 
 namespace {
 
@@ -78,88 +70,21 @@ int run(const QStringList &arguments)
     return line.wrongUsage(QStringLiteral("Unknown command '%1'.").arg(arguments.constFirst()));
 }
 
-// A closed standard stream would become the first file that is opened, or a handle of Qt's own.
-void occupyStandardStreams()
-{
-    for (int stream = 0; stream <= 2; ++stream) {
-        if (::fcntl(stream, F_GETFD) < 0)
-            ::open("/dev/null", stream == 0 ? O_WRONLY : O_RDONLY); // fails with EBADF when used
-    }
-}
-
-// The bytes as they are, which have to be UTF-8.
-std::optional<QStringList> argumentsOf(int argc, char *argv[])
-{
-    QStringList arguments;
-    for (int i = 1; i < argc; ++i) {
-        const QString argument = QString::fromUtf8(argv[i]);
-        if (argument.toUtf8() != argv[i]) {
-            printError(argument + QStringLiteral(": the name is not UTF-8"));
-            return std::nullopt;
-        }
-        arguments.append(argument);
-    }
-    return arguments;
-}
-
 // Fonts are had from a platform only, but one without a screen will do. Neither kind of application
 // is given the arguments: each takes out some for itself.
-std::unique_ptr<QCoreApplication> makeApplication(char *program, bool drawsText)
+std::unique_ptr<QCoreApplication> makeApplication(int &argc, char *argv[],
+                                                  const QStringList &arguments)
 {
-    static int argc = 1;
-    static char *argv[] = {program, nullptr};
-    if (!drawsText)
+    const Command *command = commandOf(arguments);
+    if (!command || !command->drawsText)
         return std::make_unique<QCoreApplication>(argc, argv);
     qputenv("QT_QPA_PLATFORM", "offscreen");
     return std::make_unique<QGuiApplication>(argc, argv);
-}
-
-void reportOutOfMemory()
-{
-    try {
-        const QString input = CommandLine::firstInputOfProcess();
-        printError((input.isEmpty() ? QString() : input + QStringLiteral(": ")) +
-                   QStringLiteral("out of memory"));
-    } catch (const std::bad_alloc &) { // not even that much is left
-        std::fputs("docpage: out of memory\n", stderr);
-    }
-}
-
-int runProgram(int argc, char *argv[])
-{
-    const std::optional<QStringList> arguments = argumentsOf(argc, argv);
-    if (!arguments)
-        return ExitStatus::Failed;
-    // Names are UTF-8 and the program speaks English, whatever the locale.
-    QTextCodec::setCodecForLocale(QTextCodec::codecForName("UTF-8"));
-    LibraryLog::divert();
-    const Command *command = commandOf(*arguments);
-    const auto app = makeApplication(argv[0], command && command->drawsText);
-    std::setlocale(LC_ALL, "C");
-
-    int status = ExitStatus::Failed;
-    try {
-        status = run(*arguments);
-    } catch (const std::bad_alloc &) {
-        reportOutOfMemory();
-    }
-    if (!printFault().isEmpty())
-        return reportFault(QStringLiteral("standard output"), printFault());
-    return status;
 }
 
 } // namespace
 
 int main(int argc, char *argv[])
 {
-    occupyStandardStreams();
-    for (const int signal : {SIGXFSZ, SIGPIPE})
-        std::signal(signal, SIG_IGN); // a write fails instead, and is told
-    ::setenv("QT_NO_GLIB", "1", 1);   // its event loop aborts when memory is short
-    try {
-        return runProgram(argc, argv);
-    } catch (const std::bad_alloc &) {
-        reportOutOfMemory();
-        return ExitStatus::Failed;
-    }
+    return runProgram(argc, argv, {"docpage", makeApplication, run});
 }
