@@ -1,3 +1,5 @@
+include(CMakeDependentOption)
+
 # The options of the build. Below another project only the libraries are built unless asked.
 if(CMAKE_SOURCE_DIR STREQUAL PROJECT_SOURCE_DIR)
   set(DOCDISPLAY_IS_TOP_LEVEL ON)
@@ -28,6 +30,18 @@ endif()
 option(DOCDISPLAY_BUILD_TESTS "Build the tests (needs Qt Test and the bundled in-house libraries)"
        ${DOCDISPLAY_CAN_TEST})
 option(DOCDISPLAY_BUILD_TOOLS "Build the programs" ${DOCDISPLAY_IS_TOP_LEVEL})
+if(DOCDISPLAY_BUILD_TOOLS)
+  find_package(PkgConfig)
+  if(PkgConfig_FOUND)
+    pkg_check_modules(POPPLER_QT5 IMPORTED_TARGET poppler-qt5)
+  endif()
+endif()
+cmake_dependent_option(DOCDISPLAY_BUILD_IMPORT "Build docimport (needs Poppler for Qt 5)"
+                       ${POPPLER_QT5_FOUND} "DOCDISPLAY_BUILD_TOOLS" OFF)
+if(DOCDISPLAY_BUILD_IMPORT AND NOT POPPLER_QT5_FOUND)
+  message(FATAL_ERROR
+          "DOCDISPLAY_BUILD_IMPORT needs Poppler for Qt 5 (Debian: libpoppler-qt5-dev, pkg-config)")
+endif()
 option(DOCDISPLAY_BUILD_BENCHMARKS "Build the benchmarks (needs Google Benchmark)"
        ${DOCDISPLAY_IS_TOP_LEVEL})
 option(DOCDISPLAY_BUILD_FUZZERS "Build the fuzz targets as libFuzzer programs (needs clang)" OFF)
@@ -35,6 +49,7 @@ option(DOCDISPLAY_WARNINGS_AS_ERRORS "Treat compiler warnings as errors" OFF)
 option(DOCDISPLAY_PRECOMPILED_HEADERS "Compile with precompiled headers, in half the time" OFF)
 option(DOCDISPLAY_UNITY_BUILD "Compile several sources of a target as one" OFF)
 option(DOCDISPLAY_COVERAGE "Instrument for gcov; the tests check the coverage as well" OFF)
+option(DOCDISPLAY_TEST_IMPORT "Fail when LibreOffice is missing for the tests of docimport" OFF)
 option(DOCDISPLAY_LINT "Add clang-format and clang-tidy to the tests" OFF)
 
 if(DOCDISPLAY_BUILD_TESTS AND NOT DOCDISPLAY_KXBASE STREQUAL "bundled")

@@ -62,6 +62,13 @@ if(NOT CMAKE_CROSSCOMPILING_EMULATOR) # which would preload the libraries for it
   include(faults/faults.cmake)
 endif()
 
+set(documented_programs docpage docviewer)
+include(import/deck.cmake)
+if(DOCDISPLAY_BUILD_IMPORT)
+  include(import/import.cmake)
+  list(APPEND documented_programs docimport)
+endif()
+
 find_program(DOCDISPLAY_PYTHON python3 HINTS /usr/bin) # the one that Debian's packages are for
 if(NOT DOCDISPLAY_PYTHON)
   message(FATAL_ERROR "The tests need Python with jsonschema (Debian: python3-jsonschema)")
@@ -76,7 +83,7 @@ find_program(DOCDISPLAY_GROFF groff)
 if(NOT DOCDISPLAY_GROFF)
   message(FATAL_ERROR "The tests need groff (Debian: groff-base)")
 endif()
-foreach(program IN ITEMS docpage docviewer)
+foreach(program IN LISTS documented_programs)
   add_test(NAME man_${program}
     COMMAND ${DOCDISPLAY_GROFF} -man -Tutf8 -ww -z "${PROJECT_SOURCE_DIR}/docs/man/${program}.1")
   docdisplay_test_properties(man_${program} LABELS tools)
