@@ -30,6 +30,11 @@ ensure_packages() {
 
 # What every build of the project needs.
 build_packages=(g++ cmake ninja-build qtbase5-dev zlib1g-dev)
+# What `docimport` is built with, and the engine that it starts for decks, with the fonts that most
+# of them ask for.
+pdf_packages=(libpoppler-qt5-dev pkg-config)
+engine_packages=(libreoffice-impress fonts-crosextra-caladea fonts-crosextra-carlito
+    fonts-liberation)
 # What `docpage play` writes text with.
 font_packages=(fonts-dejavu-core)
 # What the tests, the benchmarks and their helpers need beyond that.
