@@ -219,6 +219,10 @@ private Q_SLOTS:
             "<anim:set smil:targetElement=\"a\"/><anim:animate smil:targetElement=\"a\" "
             "anim:sub-item=\"background\"/>",
             "entrance 1 0 a/background +0@0 click0");
+        row("its background, told by the first of two",
+            "<anim:set smil:targetElement=\"a\" anim:sub-item=\"background\"/>"
+            "<anim:animate smil:targetElement=\"a\"/>",
+            "entrance 1 0 a/background +0@0 click0");
         row("its text", "<anim:set smil:targetElement=\"a\" anim:sub-item=\"text\"/>",
             "entrance 1 0 a/text +0@0 click0");
         row("all of it", "<anim:set smil:targetElement=\"a\" anim:sub-item=\"whole\"/>",

@@ -14,7 +14,7 @@ namespace {
 // As "a", "a{body 0 2}" or "a{1}".
 QString inWords(const LayerPiece &piece, const SlideShapes &shapes)
 {
-    const QString name = shapes.all()[static_cast<size_t>(piece.shape)].name();
+    const QString name = nameOf(*shapes.all()[static_cast<size_t>(piece.shape)].node);
     if (piece.isWhole)
         return name;
     QStringList parts;
@@ -210,7 +210,7 @@ private Q_SLOTS:
         row("a paragraph leaves, then comes back with the shape", out("t1") + out("t") + in("t"),
             "- | t{body 0 2} | t{1}", "1 out 1, 1 out 0, 1 in 0, 2 in 1");
         row("the shape comes in, with a paragraph that leaves later", in("t") + out("t1"),
-            "- | t{body 0 2} | t{1}", "1 in 0, 1 out 1");
+            "- | t{body 0 2} | t{1}", "1 in 0, 2 in 1, 1 out 1");
         row("shape and paragraph by one effect", inOfBoth("t", "t1"), "- | t{body 0 2} | t{1}",
             "1 in 0, 2 in 1");
     }
@@ -280,6 +280,14 @@ private Q_SLOTS:
             "a kept\na merged: is there already\na merged: is there already");
         row("out and out again", ab, out("a") + out("a"), "1 out 0",
             "a kept\na merged: has left already");
+        row("a group that is taken apart", group("g", shape("a") + shape("b")), in("a") + out("g"),
+            "1 in 0, 1 out 0, 2 out 1", "a kept\ng kept");
+        row("a shape comes in, and then one of its paragraphs leaves",
+            shape("a", paragraph("p", "p") + paragraph("q", "q")), in("a") + out("p"),
+            "1 in 0, 2 in 1, 1 out 1", "a kept\np kept");
+        row("a paragraph leaves before all of its shape does",
+            shape("a", paragraph("p", "p") + paragraph("q", "q")), out("p") + out("a"),
+            "1 out 1, 1 out 0", "p kept\na kept");
         row("in, out, in", ab, in("a") + out("a") + in("a"), "1 in 0, 1 out 0, 1 in 0",
             "a kept\na kept\na kept");
         row("neither in nor out", ab,
@@ -297,7 +305,7 @@ private Q_SLOTS:
         row("of nothing", ab,
             click("<anim:par presentation:node-type=\"on-click\" "
                   "presentation:preset-class=\"entrance\"/>"),
-            "", " dropped: what it moves is not on the slide");
+            "", " dropped: moves nothing");
         row("several at once", ab, inOfBoth("a", "b"), "1 in 0, 2 in 1", "a and 1 more kept");
         row("several, of which one is there", ab, in("a") + inOfBoth("a", "b"), "1 in 0, 1 in 1",
             "a kept\na and 1 more kept");

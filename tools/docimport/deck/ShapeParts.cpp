@@ -13,10 +13,18 @@ ShapeParts::ShapeParts(const SlideShapes &shapes, const std::vector<SlideEffect>
         if (effects[i].isPlayed())
             addEvents(i, effects[i]);
     }
-    for (State &state : m_states) {
-        const std::vector<Event> &first = state.own.empty() ? state.ofShape : state.own;
-        state.isIn = first.empty() || first.front().isExit;
-    }
+    for (State &state : m_states)
+        state.isIn = isInAtFirst(state);
+}
+
+// What leaves first is there before, unless it comes in with its shape.
+bool ShapeParts::isInAtFirst(const State &state)
+{
+    if (state.own.empty())
+        return state.ofShape.empty() || state.ofShape.front().isExit;
+    const bool isShapeFirst =
+        !state.ofShape.empty() && state.ofShape.front().effect < state.own.front().effect;
+    return state.own.front().isExit && (!isShapeFirst || state.ofShape.front().isExit);
 }
 
 void ShapeParts::split(const std::vector<SlideEffect> &effects)

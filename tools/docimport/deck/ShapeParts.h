@@ -50,6 +50,7 @@ private:
     void addParts(size_t shape, const std::vector<bool> &isSplit, bool isBodyApart);
     void addEvents(size_t effect, const SlideEffect &of);
     void addCandidates(const EffectTarget &target, std::vector<Candidate> &candidates) const;
+    static bool isInAtFirst(const State &state);
     bool entersLater(const State &state, size_t effect) const;
 
     const SlideShapes &m_shapes;

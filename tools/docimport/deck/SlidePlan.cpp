@@ -87,7 +87,9 @@ void Planner::planEffect(size_t number)
     if (!effect.isPlayed()) {
         report.reason = QStringLiteral("only entrances and exits are played");
     } else if (!m_parts.isMoving(number)) {
-        report.reason = QStringLiteral("what it moves is not on the slide");
+        report.reason = effect.targets.empty()
+                            ? QStringLiteral("moves nothing")
+                            : QStringLiteral("what it moves is not on the slide");
     } else {
         const std::vector<size_t> moved = m_parts.play(number);
         if (!moved.empty()) {
@@ -143,8 +145,9 @@ QString Planner::targetName(const SlideEffect &effect) const
     if (!place)
         return effect.targets.front().id;
     const SlideShape &shape = m_plan.shapes.all()[static_cast<size_t>(place->first)];
-    QString name = shape.name();
+    QString name = nameOf(place->isInner ? *shape.node : *place->node);
     if (place->paragraph >= 0) {
+        name = nameOf(*shape.node);
         const QString text = shape.text(place->paragraph);
         if (!text.isEmpty())
             name =

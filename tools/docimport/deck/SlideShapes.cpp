@@ -51,10 +51,10 @@ std::vector<const XmlNode *> paragraphsOf(const XmlNode &shape)
 
 } // namespace
 
-QString SlideShape::name() const
+QString nameOf(const XmlNode &shape)
 {
-    const QString name = node->attribute("draw:name");
-    return name.isEmpty() ? node->name.section(QLatin1Char(':'), 1) : name;
+    const QString name = shape.attribute("draw:name");
+    return name.isEmpty() ? shape.name.section(QLatin1Char(':'), 1) : name;
 }
 
 QString SlideShape::text(int paragraph) const
@@ -89,24 +89,24 @@ void SlideShapes::add(const XmlNode &node, const QSet<QString> &moving)
     }
     const int last = static_cast<int>(m_shapes.size()) - 1;
     if (last >= first)
-        addPlace(node, {first, last, -1, false});
+        addPlace({&node, first, last, -1, false});
 }
 
 void SlideShapes::addShape(const XmlNode &node)
 {
     const int number = static_cast<int>(m_shapes.size());
     m_shapes.push_back({&node, paragraphsOf(node)});
-    addPlace(node, {number, number, -1, false});
+    addPlace({&node, number, number, -1, false});
     const std::vector<const XmlNode *> &paragraphs = m_shapes.back().paragraphs;
     for (size_t i = 0; i < paragraphs.size(); ++i)
-        addPlace(*paragraphs[i], {number, number, static_cast<int>(i), false});
+        addPlace({paragraphs[i], number, number, static_cast<int>(i), false});
     addInner(node, number);
 }
 
 // The first of those that have the same counts.
-void SlideShapes::addPlace(const XmlNode &node, const ShapePlace &place)
+void SlideShapes::addPlace(const ShapePlace &place)
 {
-    const QString id = idOf(node);
+    const QString id = idOf(*place.node);
     if (!id.isEmpty() && !m_places.contains(id))
         m_places.insert(id, place);
 }
@@ -116,7 +116,7 @@ void SlideShapes::addInner(const XmlNode &node, int shape)
     if (isForeign(node))
         return;
     for (const XmlNode &child : node.children) {
-        addPlace(child, {shape, shape, -1, true});
+        addPlace({&child, shape, shape, -1, true});
         addInner(child, shape);
     }
 }

@@ -8,14 +8,15 @@
 
 struct XmlNode;
 
+/// What people call a shape or a group: its name, or else its kind.
+QString nameOf(const XmlNode &shape);
+
 /// A shape of a slide, and the paragraphs of its text, in which it may be taken apart.
 struct SlideShape
 {
     const XmlNode *node = nullptr;
     std::vector<const XmlNode *>
         paragraphs; ///< empty for what holds more than one text: a table, a group
-
-    QString name() const;
 
     /// The text of a paragraph in one line.
     QString text(int paragraph) const;
@@ -24,6 +25,7 @@ struct SlideShape
 /// What an identifier on a slide stands for.
 struct ShapePlace
 {
+    const XmlNode *node = nullptr;
     int first = 0;        ///< shape
     int last = 0;         ///< the last shape: another one for a group that is taken apart
     int paragraph = -1;   ///< of the first shape; negative: all of it
@@ -46,7 +48,7 @@ public:
 private:
     void add(const XmlNode &node, const QSet<QString> &moving);
     void addShape(const XmlNode &node);
-    void addPlace(const XmlNode &node, const ShapePlace &place);
+    void addPlace(const ShapePlace &place);
     void addInner(const XmlNode &node, int shape);
 
     std::vector<SlideShape> m_shapes;

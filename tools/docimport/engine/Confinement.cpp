@@ -29,7 +29,7 @@ constexpr quint64 kFirstVersion = (LANDLOCK_ACCESS_FS_MAKE_SYM << 1) - 1; // it 
 constexpr quint64 kOfFiles = LANDLOCK_ACCESS_FS_EXECUTE | LANDLOCK_ACCESS_FS_READ_FILE |
                              LANDLOCK_ACCESS_FS_WRITE_FILE | kTruncate;
 
-// Where programs, their libraries, settings and fonts are, and nothing is that users write.
+// Where programs, their libraries, settings and fonts are, and no documents of users.
 constexpr const char *kSystemFolders[] = {
     "/usr",   "/bin",       "/lib",     "/lib32",
     "/lib64", "/libx32",    "/etc",     "/opt",
