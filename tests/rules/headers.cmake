@@ -15,6 +15,7 @@ function(docdisplay_check_headers name)
     # Not through the project's own include path: the library's target must bring what is needed.
     set_target_properties(${name}_${variant} PROPERTIES INCLUDE_DIRECTORIES "")
     target_link_libraries(${name}_${variant} PRIVATE ${ARG_LIBRARIES})
+    docdisplay_test_targets(rules ${name}_${variant})
   endforeach()
   set_target_properties(${name}_plain PROPERTIES COMPILE_DEFINITIONS "")
 endfunction()
