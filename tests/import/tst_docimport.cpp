@@ -28,10 +28,10 @@ QByteArray pages(int count)
     return TinyPdf::document(all);
 }
 
-// Takes minutes.
+// Takes minutes at 1440 dots per inch.
 TinyPdf::Page slowPage()
 {
-    TinyPdf::Page page = TinyPdf::page(10, 10, "0 1 0");
+    TinyPdf::Page page = TinyPdf::page(200, 200, "0 1 0");
     page.content = page.content.repeated(20000);
     return page;
 }
@@ -282,10 +282,9 @@ private Q_SLOTS:
     // A page that is drawn over and over. The first one is made in vain.
     void timeLimit()
     {
-        place->write(text("a.pdf"),
-                     TinyPdf::document({TinyPdf::page(10, 10, "1 0 0"), slowPage()}));
+        place->write(text("a.pdf"), TinyPdf::document({TinyPdf::page(1, 1, "1 0 0"), slowPage()}));
         const Outcome outcome =
-            place->run(words("a.pdf -o new --width 6000 --timeout 1 --report report.json"));
+            place->run(words("a.pdf -o new --dpi 1440 --timeout 1 --report report.json"));
         QCOMPARE(outcome.err, QByteArray("docimport: a.pdf: page 2 takes too long to draw; "
                                          "--timeout allows it more\n"));
         QCOMPARE(outcome.status, 1);
@@ -298,13 +297,12 @@ private Q_SLOTS:
 
     void endsBySignal()
     {
-        place->write(text("a.pdf"),
-                     TinyPdf::document({TinyPdf::page(10, 10, "1 0 0"), slowPage()}));
+        place->write(text("a.pdf"), TinyPdf::document({TinyPdf::page(1, 1, "1 0 0"), slowPage()}));
         const QStringList before = place->entries();
         ForkedProcess process;
         process.setWorkingDirectory(place->path({}));
         process.setProcessEnvironment(place->environment);
-        process.start(place->program, words("a.pdf -o new --width 6000"));
+        process.start(place->program, words("a.pdf -o new --dpi 1440"));
         QVERIFY(process.waitForStarted());
         QTRY_COMPARE(place->entries().filter(QRegularExpression(text("/0 [0-9a-f]+$"))).size(), 1);
         QCOMPARE(::kill(static_cast<pid_t>(process.processId()), SIGINT), 0);
