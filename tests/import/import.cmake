@@ -27,6 +27,9 @@ file(GLOB import_engines /usr/lib/libreoffice/program/soffice.bin /opt/libreoffi
 if(import_engines)
   find_package(Qt5 5.15 REQUIRED COMPONENTS Network)
   docdisplay_test(tst_import FOLDER import LABELS import LIBRARIES docimport_test Qt5::Network)
+  docdisplay_test(tst_importsample FOLDER import LABELS import LIBRARIES docimport_test)
+  target_compile_definitions(tst_importsample PRIVATE
+    IMPORT_SAMPLE="${PROJECT_SOURCE_DIR}/samples/tides.fodp")
 elseif(DOCDISPLAY_TEST_IMPORT)
   message(FATAL_ERROR "DOCDISPLAY_TEST_IMPORT needs LibreOffice (Debian: libreoffice-impress)")
 endif()
