@@ -346,13 +346,15 @@ private Q_SLOTS:
         place->write(text("a.pdf"), pages(1));
         place->write(text("old.json"), "old");
         verifyFails(words("a.pdf -o new --force --report new/page_0"),
-                    "docimport: new/page_0: there is no such folder\n");
+                    "docimport: new/page_0: is the name of a page result file\n");
         verifyFails(words("a.pdf -o new --force --report page_0"),
                     "docimport: page_0: is the name of a page result file\n");
         verifyFails(words("a.pdf -o new --report none/r.json"),
                     "docimport: none/r.json: there is no such folder\n");
         verifyFails(words("a.pdf -o new --report old.json"),
                     "docimport: old.json: already exists; use --force to replace it\n");
+        verifyDoes(words("a.pdf -o new/ --report new/r.json"), "1 page result file in new/\n");
+        QVERIFY(QFile::exists(place->path(text("new/r.json"))));
     }
 
     // The others are done.

@@ -58,12 +58,14 @@ private:
         if (!refusal.isEmpty())
             return refusal;
         const QFileInfo file(m_options.report);
-        if (!QFileInfo(file.path()).isDir())
-            return QStringLiteral("there is no such folder");
         static const QRegularExpression page(QStringLiteral("\\Apage_[0-9]+\\z"));
         if (page.match(file.fileName()).hasMatch())
             return QStringLiteral("is the name of a page result file");
-        return {};
+        const QString folder = file.absolutePath();
+        const bool willBe =
+            folder == QDir::cleanPath(QFileInfo(m_options.output).absoluteFilePath());
+        return willBe || QFileInfo(folder).isDir() ? QString()
+                                                   : QStringLiteral("there is no such folder");
     }
 
     void add(const QString &input)
