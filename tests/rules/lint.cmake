@@ -15,13 +15,8 @@ add_test(NAME clang_format
   WORKING_DIRECTORY "${PROJECT_SOURCE_DIR}")
 docdisplay_test_properties(clang_format LABELS lint)
 
-# The sources of a target are analysed together, some at a time: the file made of them includes
-# them, and the analyser is told to look into what is included.
 add_test(NAME clang_tidy
-  COMMAND ${DOCDISPLAY_RUN_CLANG_TIDY} -quiet -j 2 -p "${PROJECT_BINARY_DIR}"
-    -checks=-bugprone-suspicious-include
-    -extra-arg=-Xclang -extra-arg=-analyzer-opt-analyze-headers
-    "^${PROJECT_BINARY_DIR}/(CMakeFiles|platform|fuzz|tools)/.*/unity_[0-9]+_cxx\\.cxx$"
-    "^${PROJECT_SOURCE_DIR}/emfdeal/EmfPlatform_linux\\.cpp$")
+  COMMAND ${CMAKE_COMMAND} -DBINARY_DIR=${PROJECT_BINARY_DIR} -DSOURCE_DIR=${PROJECT_SOURCE_DIR}
+    -DRUN_CLANG_TIDY=${DOCDISPLAY_RUN_CLANG_TIDY} -P "${CMAKE_CURRENT_SOURCE_DIR}/rules/clang_tidy.cmake")
 docdisplay_test_properties(clang_tidy LABELS lint)
 set_tests_properties(clang_tidy PROPERTIES TIMEOUT 1500 PROCESSORS 2)
