@@ -1,7 +1,7 @@
 # Helpers of the scripts that build the library against installed in-house libraries.
 include("${CMAKE_CURRENT_LIST_DIR}/run.cmake")
-set(ours_off -DDOCDISPLAY_BUILD_TESTS=OFF -DDOCDISPLAY_BUILD_TOOLS=OFF
-    -DDOCDISPLAY_BUILD_BENCHMARKS=OFF)
+set(quick_ours -DDOCDISPLAY_BUILD_TESTS=OFF -DDOCDISPLAY_BUILD_TOOLS=OFF
+    -DDOCDISPLAY_BUILD_BENCHMARKS=OFF -DDOCDISPLAY_UNITY_BUILD=ON)
 
 # copy_kx(<prefix>): the staged tree without this library.
 function(copy_kx prefix)
@@ -15,7 +15,7 @@ endfunction()
 # escaped) and the arguments, and by pkg-config, run with the library path.
 function(check_build_and_hosts prefix_path library_path)
   file(REMOVE_RECURSE "${WORK}/build" "${WORK}/stage" "${WORK}/host")
-  run("configuring" "${CMAKE_COMMAND}" -S "${SOURCE}" -B "${WORK}/build" ${same_tools} ${ours_off}
+  run("configuring" "${CMAKE_COMMAND}" -S "${SOURCE}" -B "${WORK}/build" ${same_tools} ${quick_ours}
       -DDOCDISPLAY_KXBASE=system "-DCMAKE_PREFIX_PATH=${prefix_path}" ${ARGN})
   run("building" "${CMAKE_COMMAND}" --build "${WORK}/build")
   run("installing" "${CMAKE_COMMAND}" --install "${WORK}/build" --prefix "${WORK}/stage")
