@@ -449,6 +449,31 @@ private Q_SLOTS:
         QCOMPARE(excessOverPages(count.kept(), 1).isEmpty(), !isPrepared);
     }
 
+    // Of which two images are needed once more.
+    void theBeginOfAnotherRun()
+    {
+        RunningPlayer player;
+        const LiveBytes::Count count;
+        for (const unsigned int ms : {40U, 80U, 120U}) {
+            player.StopRun();
+            player.SetAnimPassedDuration(ms);
+            player.GetImg();
+        }
+        QCOMPARE(excessOverPages(count.kept(), 1), QString());
+    }
+
+    // What was prepared for earlier images is dropped before.
+    void preparingAgain()
+    {
+        RunningPlayer player;
+        const LiveBytes::Count count;
+        for (const unsigned int ms : {700U, 740U, 1020U, 1060U}) {
+            player.SetAnimPassedDuration(ms);
+            player.GetImg();
+        }
+        QVERIFY2(count.highest() < 4 * kPageBytes, qPrintable(QString::number(count.highest())));
+    }
+
     // When the one as high as the page has come to rest, there is less to be repainted.
     void theRestOfARun()
     {
