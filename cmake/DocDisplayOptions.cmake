@@ -22,14 +22,14 @@ if(NOT DOCDISPLAY_KXBASE MATCHES "^(bundled|system)$")
   message(FATAL_ERROR "DOCDISPLAY_KXBASE is '${DOCDISPLAY_KXBASE}'; it must be bundled or system")
 endif()
 
-# The tests listen to the log of the bundled libraries.
-set(DOCDISPLAY_CAN_TEST OFF)
+# All that is not shipped, and the programs, listen to the log of the bundled libraries.
+set(DOCDISPLAY_CAN_LISTEN OFF)
 if(DOCDISPLAY_IS_TOP_LEVEL AND DOCDISPLAY_KXBASE STREQUAL "bundled")
-  set(DOCDISPLAY_CAN_TEST ON)
+  set(DOCDISPLAY_CAN_LISTEN ON)
 endif()
 option(DOCDISPLAY_BUILD_TESTS "Build the tests (needs Qt Test and the bundled in-house libraries)"
-       ${DOCDISPLAY_CAN_TEST})
-option(DOCDISPLAY_BUILD_TOOLS "Build the programs" ${DOCDISPLAY_IS_TOP_LEVEL})
+       ${DOCDISPLAY_CAN_LISTEN})
+option(DOCDISPLAY_BUILD_TOOLS "Build the programs" ${DOCDISPLAY_CAN_LISTEN})
 if(DOCDISPLAY_BUILD_TOOLS)
   find_package(PkgConfig)
   if(PkgConfig_FOUND)
@@ -47,7 +47,7 @@ if(DOCDISPLAY_BUILD_IMPORT AND NOT DOCDISPLAY_CAN_IMPORT)
           "DOCDISPLAY_BUILD_IMPORT needs Poppler for Qt 5 (Debian: libpoppler-qt5-dev, pkg-config)")
 endif()
 option(DOCDISPLAY_BUILD_BENCHMARKS "Build the benchmarks (needs Google Benchmark)"
-       ${DOCDISPLAY_IS_TOP_LEVEL})
+       ${DOCDISPLAY_CAN_LISTEN})
 option(DOCDISPLAY_BUILD_FUZZERS "Build the fuzz targets as libFuzzer programs (needs clang)" OFF)
 option(DOCDISPLAY_WARNINGS_AS_ERRORS "Treat compiler warnings as errors" OFF)
 option(DOCDISPLAY_PRECOMPILED_HEADERS "Compile with precompiled headers, in half the time" OFF)

@@ -107,7 +107,7 @@ KxVariant QVariantToKxVariant(const QVariant &value)
         return value.toInt();
     case QVariant::LongLong:
     case QVariant::ULongLong:
-        return value.toLongLong();
+        return static_cast<long>(value.toLongLong()); // which the base library has
     case QVariant::Double:
         return value.toDouble();
     case QVariant::String:

@@ -21,9 +21,11 @@
 /// TerminateDeal(), quit() and wait() before deleting it. Reading and writing page result files
 /// need no running thread and keep no state: they may be called from any thread, at the same time.
 ///
-/// No operation throws, and a slot that is connected directly to a signal must not, either. Only a
-/// job removes files. Each failure is a result and a log line of level 2, module "VPrnt", with the
-/// file name in UTF-8. A pipe as a file is waited for, like any read of it.
+/// No operation throws, but that std::bad_alloc may leave those that are called directly when
+/// memory runs out; a job fails then. A slot that is connected directly to a signal must not throw,
+/// either. Only a job removes files. Each failure is a result, and for page result files and jobs a
+/// log line of level 2, module "VPrnt", with the file name in UTF-8; conversions that are called
+/// directly log nothing of their own. A pipe as a file is waited for, like any read of it.
 class DOCDISPLAY_EXPORT EmfDeal : public QNamedThread
 {
     Q_OBJECT

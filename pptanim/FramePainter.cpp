@@ -12,7 +12,7 @@ QImage paintedPlainly(const Scene &scene)
     QImage frame = scene.background;
     QPainter painter;
     if (!painter.begin(&frame)) // memory lacks
-        return frame;
+        return {};
     painter.setRenderHint(QPainter::SmoothPixmapTransform);
     for (const Scene::Picture &picture : scene.pictures)
         painter.drawImage(picture.at, picture.image);

@@ -10,12 +10,15 @@
 /// Format on the stream: docs/animation-model.md.
 ///
 /// Every class reads and writes itself in the order of declaration, a shape its identifier first.
-/// None of them is thread-safe, none throws or logs. The classes have no virtual destructor on
-/// purpose: delete an object by its own type, after release(), as the containers of
-/// pptdata/PPT_fileDat.h do: \code auto *shape = new PPT_Shape;           // yours until it is in a
-/// page's list shape->picDat = png;                   // the shape shares these bytes, and owns its
-/// share page.shapes.push_back(shape);          // now the page's: page.release() releases and
-/// deletes it \endcode
+/// None of them is thread-safe, none logs or throws, but std::bad_alloc when memory runs out.
+///
+/// The classes have no virtual destructor on purpose: delete an object by its own type, after
+/// release(), as the containers of pptdata/PPT_fileDat.h do:
+/// \code
+/// auto *shape = new PPT_Shape;  // yours until it is in a page's list
+/// shape->picDat = png;          // the shape shares these bytes, and owns its share
+/// page.shapes.push_back(shape); // now the page's: page.release() releases and deletes it
+/// \endcode
 
 #if defined(__GNUC__)
 #pragma GCC diagnostic push

@@ -11,6 +11,7 @@
 #include <QtTest>
 
 #include <algorithm>
+#include <array>
 #include <atomic>
 #include <condition_variable>
 #include <csignal>
@@ -21,6 +22,7 @@
 #include <thread>
 #include <vector>
 
+#include <sys/inotify.h>
 #include <sys/resource.h>
 #include <sys/syscall.h>
 #include <unistd.h>
@@ -206,6 +208,36 @@ QByteArray read(const QString &path)
     QFile in(path);
     return in.open(QIODevice::ReadOnly) ? in.readAll() : QByteArray("(none)");
 }
+
+/// The files that are deleted in a folder, as the system tells of them.
+class DeletedFiles
+{
+public:
+    explicit DeletedFiles(const QString &folder)
+        : m_events(::inotify_init1(IN_NONBLOCK | IN_CLOEXEC))
+    {
+        ::inotify_add_watch(m_events, QFile::encodeName(folder).constData(), IN_DELETE);
+    }
+    ~DeletedFiles() { ::close(m_events); }
+    Q_DISABLE_COPY_MOVE(DeletedFiles)
+
+    /// Their names up to now, in order.
+    QStringList names() const
+    {
+        QStringList all;
+        alignas(inotify_event) std::array<char, 65536> block;
+        const ssize_t size = ::read(m_events, block.data(), block.size());
+        for (ssize_t at = 0; at < size;) {
+            const auto *event = reinterpret_cast<const inotify_event *>(block.data() + at);
+            all << QFile::decodeName(event->name);
+            at += static_cast<ssize_t>(sizeof(inotify_event) + event->len);
+        }
+        return all;
+    }
+
+private:
+    const int m_events;
+};
 
 const QRegularExpression
     kBraced(text("^\\{[0-9a-f]{8}-[0-9a-f]{4}-4[0-9a-f]{3}-[89ab][0-9a-f]{3}-[0-9a-f]{12}\\}$"));
@@ -761,6 +793,51 @@ private Q_SLOTS:
                  QStringList(QStringLiteral("2 VPrnt cancel encode Emf!(file:%1)").arg(in[after])));
     }
 
+    // The line that tells of it comes first, then the inputs go, then the outputs.
+    void orderOfTheEnd_data()
+    {
+        QTest::addColumn<bool>("isCancelled");
+        QTest::addColumn<QString>("line");
+        QTest::newRow("cancelled") << true << text("cancel encode Emf!");
+        QTest::newRow("failed") << false << text("encode Emf failed!");
+    }
+    void orderOfTheEnd()
+    {
+        QFETCH(bool, isCancelled);
+        QFETCH(QString, line);
+        struct Watched
+        {
+            QString folder;
+            QString line;
+            QStringList left; // when it was logged
+        } watched{dir->path(), line, {}};
+        KxBase::KxSetLogSink(
+            [](void *context, Kxlogger::E_LOG_LEVEL_DEF, const char *, const char *message) {
+                auto *of = static_cast<Watched *>(context);
+                if (QString::fromUtf8(message).startsWith(of->line))
+                    of->left = QDir(of->folder).entryList(QDir::Files);
+            },
+            &watched);
+        QStringList in = write({text("a"), text("b"), text("c"), text("d")});
+        if (!isCancelled)
+            in.insert(2, file(text("missing")));
+        DeletedFiles deleted(dir->path());
+        {
+            Encoder encoder;
+            encoder.onTold = [&](const Told &one) {
+                if (isCancelled && one.what == text("a: process 3 2 4"))
+                    encoder.deal.TerminateDeal();
+            };
+            encoder.encode(in, file(text("z")));
+        }
+        log.reset(); // the sink's data goes
+        QCOMPARE(watched.left.mid(0, 2), QStringList({text("c"), text("d")}));
+        QCOMPARE(watched.left.size(), 4);
+        const QStringList names = deleted.names();
+        QCOMPARE(names.mid(0, 4), QStringList({text("a"), text("b"), text("c"), text("d")}));
+        QCOMPARE(names.mid(4), watched.left.mid(2));
+    }
+
     // A file that took the name of an input that was done is none of the job's.
     void cancelLeavesWhatCameLater()
     {
@@ -821,6 +898,24 @@ private Q_SLOTS:
         QCOMPARE(encoder.wait(4).back().what, text("d: failed 1"));
         encoder.deal.startEmfEncode("e", kPng, write({text("e")}), prefix());
         QCOMPARE(encoder.wait(5).back().what, text("e: finished"));
+    }
+
+    // From the encoder's own thread a job is done within the call, and not cancelled by what was
+    // cancelled before.
+    void jobFromTheEncodersThread()
+    {
+        Encoder encoder;
+        encoder.onTold = [&](const Told &one) {
+            if (one.what == text("a: finished")) {
+                encoder.deal.TerminateDeal();
+                encoder.deal.startEmfEncode("b", kPng, write({text("b")}), prefix());
+            }
+        };
+        encoder.deal.startEmfEncode("a", kPng, write({text("a")}), prefix());
+        encoder.start();
+        QCOMPARE(whats(encoder.wait(2)),
+                 QStringList({text("a: process 3 1 1"), text("b: process 3 1 1"),
+                              text("b: finished"), text("a: finished")}));
     }
 
     void jobAfterAFailure()

@@ -183,6 +183,25 @@ private Q_SLOTS:
                  failureLines({QStringLiteral("WrtEmfDealRsltFile! (err:0, file:%1)")}, file));
     }
 
+    // Without a payload whose writing would fail as well.
+    void headerThatFallsShort()
+    {
+        std::signal(SIGXFSZ, SIG_IGN);
+        const QString file = path("cut short");
+        LogSpy log;
+        EmfDeal enc;
+        EmfDeal::PageCovrRslt rslt{{}, DocCovRslt::PAGE_FORMAT_PNG};
+        bool written = true;
+        {
+            const ResourceLimit limit(RLIMIT_FSIZE, 10);
+            written = enc.WriteEmfDealRsltFile(file, rslt);
+        }
+        QVERIFY(!written);
+        QCOMPARE(contentOf(file), hex("88888888 0101 04000000"));
+        QCOMPARE(log.takeLines(),
+                 failureLines({QStringLiteral("WrtEmfDealRsltFile! (err:0, file:%1)")}, file));
+    }
+
     void writeToAFullDevice()
     {
         const QString full = QStringLiteral("/dev/full");

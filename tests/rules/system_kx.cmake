@@ -1,11 +1,22 @@
 # Helpers of the scripts that build the library against installed in-house libraries.
 include("${CMAKE_CURRENT_LIST_DIR}/run.cmake")
-set(quick_ours -DDOCDISPLAY_BUILD_TESTS=OFF -DDOCDISPLAY_BUILD_TOOLS=OFF
-    -DDOCDISPLAY_BUILD_BENCHMARKS=OFF -DDOCDISPLAY_UNITY_BUILD=ON)
 
-# copy_kx(<prefix>): the staged tree without this library.
+# undeclare(<header> <regex>): takes the declaration out.
+function(undeclare header declaration)
+  file(READ "${header}" text)
+  string(REGEX REPLACE "${declaration}" "" shorter "${text}")
+  if(shorter STREQUAL text)
+    message(FATAL_ERROR "${header} does not declare ${declaration}")
+  endif()
+  file(WRITE "${header}" "${shorter}")
+endfunction()
+
+# copy_kx(<prefix>): the staged tree without this library, and without what others than the bundled
+# libraries need not have.
 function(copy_kx prefix)
   file(COPY "${STAGE}/" DESTINATION "${prefix}")
+  undeclare("${prefix}/include/KxBase/KxVariant.h" "KxVariant\\(long long value\\);")
+  undeclare("${prefix}/include/KxBase/KxLog.h" "KXBASE_EXPORT void KxSetLogSink[^;]*;")
   file(GLOB_RECURSE ours "${prefix}/*oc[dD]isplay*" "${prefix}/include/DocDisplay/*")
   file(REMOVE ${ours})
 endfunction()
@@ -15,7 +26,7 @@ endfunction()
 # escaped) and the arguments, and by pkg-config, run with the library path.
 function(check_build_and_hosts prefix_path library_path)
   file(REMOVE_RECURSE "${WORK}/build" "${WORK}/stage" "${WORK}/host")
-  run("configuring" "${CMAKE_COMMAND}" -S "${SOURCE}" -B "${WORK}/build" ${same_tools} ${quick_ours}
+  run("configuring" "${CMAKE_COMMAND}" -S "${SOURCE}" -B "${WORK}/build" ${same_tools} -DDOCDISPLAY_UNITY_BUILD=ON
       -DDOCDISPLAY_KXBASE=system "-DCMAKE_PREFIX_PATH=${prefix_path}" ${ARGN})
   run("building" "${CMAKE_COMMAND}" --build "${WORK}/build")
   run("installing" "${CMAKE_COMMAND}" --install "${WORK}/build" --prefix "${WORK}/stage")
