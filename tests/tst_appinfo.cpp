@@ -1,4 +1,5 @@
 #include "Emulator.h"
+#include "LatinLocale.h"
 #include "common/AppInfo.h"
 
 #include <QTemporaryDir>
@@ -265,6 +266,20 @@ private Q_SLOTS:
         const QString path = GetAppPathFileName();
         readlinkHook = nullptr;
         QTEST(path, "path");
+    }
+
+    // Whatever the locale's are.
+    void bytesOfTheSystemAreUtf8()
+    {
+        const LatinLocale locale;
+        readlinkHook = [](char *text, size_t) {
+            constexpr char kPath[] = "/\xC3\xA4/\xF0\x9F\x98\x80";
+            std::copy_n(kPath, sizeof kPath - 1, text);
+            return static_cast<ssize_t>(sizeof kPath - 1);
+        };
+        const QString path = GetAppPathFileName();
+        readlinkHook = nullptr;
+        QCOMPARE(path, QString::fromUtf8("/ä/\xF0\x9F\x98\x80"));
     }
 
     void version_data()

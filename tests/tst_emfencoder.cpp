@@ -1,3 +1,4 @@
+#include "LatinLocale.h"
 #include "LogSpy.h"
 #include "PageFiles.h"
 #include "ResourceLimits.h"
@@ -250,6 +251,7 @@ class TestEmfEncoder : public QObject
     Q_OBJECT
 
 private:
+    const LatinLocale locale;
     std::unique_ptr<QTemporaryDir> dir;
     std::unique_ptr<LogSpy> log;
 

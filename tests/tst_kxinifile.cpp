@@ -1,3 +1,5 @@
+#include "LatinLocale.h"
+
 #include <KxCommon/KxIniFile.h>
 
 #include <QDir>
@@ -51,6 +53,7 @@ private:
     QString write(const QByteArray &content);
 
     QTemporaryDir m_folder;
+    const LatinLocale m_locale;
 };
 
 void tst_KxIniFile::initTestCase()

@@ -1,3 +1,4 @@
+#include "LatinLocale.h"
 #include "LogSpy.h"
 #include "PageFiles.h"
 #include "TestRenderer.h"
@@ -31,6 +32,7 @@ class TestPageConversion : public QObject
     Q_OBJECT
 
 private:
+    const LatinLocale locale;
     std::unique_ptr<QTemporaryDir> dir;
     std::unique_ptr<LogSpy> log;
     EmfDeal enc;

@@ -1,4 +1,5 @@
 #include "Hex.h"
+#include "LatinLocale.h"
 #include "LogSpy.h"
 #include "ResourceLimits.h"
 #include "emfdeal/EmfDeal.h"
@@ -19,6 +20,7 @@ class TestPageResultFile : public QObject
     Q_OBJECT
 
 private:
+    const LatinLocale locale;
     QTemporaryDir dir;
 
     QString path(const char *name) const { return dir.filePath(QString::fromUtf8(name)); }

@@ -1,3 +1,4 @@
+#include "LatinLocale.h"
 #include "SelfRun.h"
 #include "common/ValueConvert.h"
 
@@ -151,6 +152,9 @@ int runChild()
 class TestValueConvert : public QObject
 {
     Q_OBJECT
+
+private:
+    const LatinLocale locale;
 
 private Q_SLOTS:
     void bothWays_data()
