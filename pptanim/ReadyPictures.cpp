@@ -21,7 +21,7 @@ QRect solidPart(const QImage &image)
         while (x < right && isSolid(x))
             ++x;
         right = x;
-        x = qMin(middle, right);
+        x = middle;
         while (x > left && isSolid(x - 1))
             --x;
         left = x;

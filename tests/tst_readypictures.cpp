@@ -2,6 +2,9 @@
 
 #include <QTest>
 
+#include <algorithm>
+#include <vector>
+
 namespace {
 
 constexpr QImage::Format kPlain = QImage::Format_RGB32;
@@ -22,6 +25,31 @@ QImage drawn(const QStringList &lines, QImage::Format format = QImage::Format_AR
     }
     return image.convertToFormat(format);
 }
+
+/// The same in the middle of memory that looks solid, for whoever looks beyond.
+class Framed
+{
+public:
+    explicit Framed(const QImage &image)
+        : m_memory(size_t(image.width() + 2 * kMargin) * size_t(image.height() + 2 * kMargin),
+                   0xFFFFFFFF)
+    {
+        const int width = image.width() + 2 * kMargin;
+        QRgb *begin = m_memory.data() + kMargin * width + kMargin;
+        for (int y = 0; y < image.height(); ++y)
+            std::copy_n(reinterpret_cast<const QRgb *>(image.constScanLine(y)), image.width(),
+                        begin + y * width);
+        picture = QImage(reinterpret_cast<const uchar *>(begin), image.width(), image.height(),
+                         width * int(sizeof(QRgb)), image.format());
+    }
+    Q_DISABLE_COPY_MOVE(Framed)
+
+    QImage picture;
+
+private:
+    static constexpr int kMargin = 4;
+    std::vector<QRgb> m_memory;
+};
 
 } // namespace
 
@@ -71,7 +99,8 @@ private Q_SLOTS:
         QFETCH(QRect, solid);
         for (const QImage::Format format : {QImage::Format_ARGB32, kPremultiplied}) {
             ReadyPictures pictures;
-            QCOMPARE(pictures.of(drawn(lines, format)).solid, solid);
+            const Framed framed(drawn(lines, format));
+            QCOMPARE(pictures.of(framed.picture).solid, solid);
         }
     }
 
