@@ -69,7 +69,18 @@ private:
 
     float place()
     {
-        const float places[] = {0, 1, -1, 0.5F, 3, 20, -40, 2147483520.0F, -2147483648.0F, 1e30F};
+        const float places[] = {0,
+                                1,
+                                -1,
+                                0.5F,
+                                3,
+                                20,
+                                -40,
+                                1073741760.0F,
+                                -1073741760.0F,
+                                2147483520.0F,
+                                -2147483648.0F,
+                                1e30F};
         return oneIn(16) ? std::numeric_limits<float>::quiet_NaN() : *anyOf(places);
     }
 

@@ -62,12 +62,12 @@ RunningFrame::RunningFrame(const Scene &scene, const SceneKind &kind)
     const auto lowest = std::find_if(begin, end, isMoving);
     m_lowestMoving = static_cast<size_t>(lowest - begin);
 
-    QRect rows;
+    const QRect page = m_resting.rect();
+    QRect rows; // on the page: of those far beyond it the sum may be too high for numbers
     for (auto picture = lowest; picture != end; ++picture) {
         if (picture->isMoving)
-            rows |= QRect(0, picture->at.y(), m_resting.width(), picture->image.height());
+            rows |= QRect(0, picture->at.y(), page.width(), picture->image.height()) & page;
     }
-    rows &= m_resting.rect();
 
     m_resting.detach();
     if (m_resting.isNull())

@@ -83,19 +83,11 @@ private:
     // Mostly somewhere on the page.
     float place(int length)
     {
-        constexpr float kOdd[] = {-1e30F,
-                                  -2e9F,
-                                  -1.1e9F,
-                                  -1e9F,
-                                  -30000,
-                                  -0.7F,
-                                  40000,
-                                  1.05e9F,
-                                  1.1e9F,
-                                  2147483520.0F,
-                                  3.5e12F,
-                                  0,
-                                  AnimModel::kInfinity,
+        constexpr float kOdd[] = {-1e30F,         -2e9F,  -1.1e9F,
+                                  -1073741760.0F, -1e9F,  -30000,
+                                  -0.7F,          40000,  1.05e9F,
+                                  1073741760.0F,  1.1e9F, 2147483520.0F,
+                                  3.5e12F,        0,      AnimModel::kInfinity,
                                   AnimModel::kNaN};
         if (isOneIn(25))
             return kOdd[m_random.bounded(int(std::size(kOdd)))];

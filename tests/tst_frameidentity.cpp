@@ -327,6 +327,35 @@ private Q_SLOTS:
         playAndCompare(twins, slide, kept, [] {});
     }
 
+    // As far above and below the page as pictures are painted, together they are 2^31 lines high.
+    void placesFarApart_data()
+    {
+        QTest::addColumn<QVector<float>>("tops");
+        QTest::newRow("page, above, below") << QVector<float>{30, -1073741760, 1073741760};
+        QTest::newRow("page, below, above") << QVector<float>{30, 1073741760, -1073741760};
+        QTest::newRow("above, page, below") << QVector<float>{-1073741760, 30, 1073741760};
+        QTest::newRow("below, page, above") << QVector<float>{1073741760, 30, -1073741760};
+        QTest::newRow("above, below, page") << QVector<float>{-1073741760, 1073741760, 30};
+        QTest::newRow("below, above, page") << QVector<float>{1073741760, -1073741760, 30};
+        QTest::newRow("above, below") << QVector<float>{-1073741760, 1073741760};
+    }
+    void placesFarApart()
+    {
+        QFETCH(QVector<float>, tops);
+        PPT_Page *page = newPage({}, {}, png(97, 61, kGrey));
+        for (const float top : qAsConst(tops)) {
+            const int id = int(page->shapes.size()) + 1;
+            const QImage picture = flat(20, 200, 0x80FF0000, QImage::Format_ARGB32);
+            page->shapes.push_back(newShape(id, 50, top, 20, 200, encoded(picture)));
+            page->effects.push_back(newEffect(id == 1 ? kClick : kWith, 2, id));
+        }
+        Twins twins(page);
+        twins.both([](OpenPlayer &p) { p.SetCachPic(true); });
+        twins.seek(1, 0);
+        for (int i = 0; i < 20; ++i)
+            QCOMPARE(twins.faultAfter(40), QString());
+    }
+
     // In formats that no decoder makes, and with what only a program says of an image.
     void backgroundsInTheCache_data() { addFormats(false); }
     void backgroundsInTheCache()
