@@ -326,6 +326,18 @@ private Q_SLOTS:
         }
     }
 
+    // A step that starts by itself starts a page as step 1 only.
+    void noFirstStep()
+    {
+        OpenPlayer player;
+        player.load(pageOf({{kWith, 1, 1}}, {1}));
+        auto node = player.effectSteps.extract(1);
+        node.key() = 2;
+        player.effectSteps.insert(std::move(node));
+        QCOMPARE(player.nextFrame(40), false);
+        QCOMPARE(position(player), QStringLiteral("0:0"));
+    }
+
     void stepDurations()
     {
         OpenPlayer player;
