@@ -61,7 +61,7 @@ Manager managerOf(DocCovRslt::DOCRSLT_TYPE kind, const QStringList &files)
 class RunningPlayer : public OpenPlayer
 {
 public:
-    RunningPlayer()
+    explicit RunningPlayer(float top = 0)
     {
         const auto picture = [](QSize size) {
             QImage image(size, QImage::Format_ARGB32);
@@ -72,8 +72,8 @@ public:
         background.fill(Qt::gray);
         const auto height = float(kPagePixels.height());
         Init(kPage,
-             modelBytes({newPage({newShape(1, 100, 0, 50, height, picture({50, 500})),
-                                  newShape(2, 40, 10, 90, 90, picture({90, 90}))},
+             modelBytes({newPage({newShape(1, 100, top, 50, height, picture({50, 500})),
+                                  newShape(2, 40, top + 10, 90, 90, picture({90, 90}))},
                                  {newEffect(kClick, 1, 1), newEffect(kWith, 1.5F, 2)},
                                  PageFiles::encoded(background))}),
              25);
@@ -447,6 +447,18 @@ private Q_SLOTS:
             player.GetImg();
         }
         QCOMPARE(excessOverPages(count.kept(), 1).isEmpty(), !isPrepared);
+    }
+
+    // Nothing of what is below them is kept.
+    void aRunBeyondThePage()
+    {
+        RunningPlayer player(1000);
+        const LiveBytes::Count count;
+        for (unsigned int frame = 0; frame < 10; ++frame) {
+            player.SetAnimPassedDuration(frame * 40);
+            player.GetImg();
+        }
+        QCOMPARE(excessOverPages(count.kept(), 2), QString());
     }
 
     // Of which two images are needed once more.
