@@ -7,8 +7,14 @@
 
 namespace {
 
-// More of them cost more than painting what lies between.
+// More of them cost more than painting what lies between: to add one to a region takes the longer,
+// the more there are.
 constexpr int kMostRects = 24;
+
+bool isInPieces(const QRegion &region)
+{
+    return region.rectCount() > kMostRects;
+}
 
 bool isUsual(const QImage &image)
 {
@@ -121,11 +127,12 @@ RunningFrame::Touched RunningFrame::touched(const Scene &scene, const std::vecto
                                   : place;
         else if (!m_isByRows && touched.region.intersects(place))
             touched.region -= ready.of(picture.image).solid.translated(picture.at);
+        if (isInPieces(touched.region))
+            touched.region = touched.region.boundingRect();
     }
-    if (touched.region.rectCount() > kMostRects)
-        touched.region = touched.region.boundingRect();
     touched.seeThrough = touched.region;
-    for (size_t i = m_lowestMoving; i < scene.pictures.size(); ++i) {
+    for (size_t i = m_lowestMoving; i < scene.pictures.size() && !isInPieces(touched.seeThrough);
+         ++i) {
         const Scene::Picture &picture = scene.pictures[i];
         if (movers[i] && !m_isByRows)
             touched.seeThrough -= ready.of(picture.image).solid.translated(picture.at);

@@ -3,6 +3,7 @@
 #include "PlainPainter.h"
 
 #include <QColorSpace>
+#include <QElapsedTimer>
 #include <QTest>
 
 #include <atomic>
@@ -354,6 +355,52 @@ private Q_SLOTS:
         twins.seek(1, 0);
         for (int i = 0; i < 20; ++i)
             QCOMPARE(twins.faultAfter(40), QString());
+    }
+
+    // A thousand bars side by side, each at a height of its own: to work out what they touch must
+    // not take longer than to paint them.
+    void manyPieces_data()
+    {
+        QTest::addColumn<QImage::Format>("format");
+        QTest::addColumn<bool>("allMove");
+        QTest::newRow("all move") << QImage::Format_ARGB32 << true;
+        QTest::newRow("all move, solid") << QImage::Format_RGB32 << true;
+        QTest::newRow("one moves below") << QImage::Format_RGB32 << false;
+    }
+    void manyPieces()
+    {
+        QFETCH(QImage::Format, format);
+        QFETCH(bool, allMove);
+        constexpr int kLength = 1000;
+        PPT_Page *page = newPage({}, {}, png(kLength, kLength, kGrey));
+        const auto add = [page](int id, float left, float top, const QImage &picture, bool moves) {
+            page->shapes.push_back(newShape(id, left, top, float(picture.width()),
+                                            float(picture.height()), encoded(picture)));
+            if (moves)
+                page->effects.push_back(
+                    newEffect(page->effects.empty() ? kClick : kWith, 10, id, kEnter, id));
+        };
+        if (!allMove)
+            add(1, 0, 0, flat(kLength, kLength, 0x40FF0000, QImage::Format_ARGB32), true);
+        const QImage bar = flat(1, kLength / 2, 0x80800000, format);
+        for (int i = 0; i < 1000; ++i)
+            add(i + 2, float(2 * i % kLength), float(7919 * i % (kLength / 2)), bar, allMove);
+
+        Twins twins(page, kLength);
+        twins.both([](OpenPlayer &p) { p.SetCachPic(true); });
+        twins.seek(1, 9000);
+        QVector<qint64> took; // ms
+        for (int i = 0; i < 5; ++i) {
+            QElapsedTimer timer;
+            timer.start();
+            twins.player.GetImg();
+            took << timer.elapsed();
+            QCOMPARE(twins.fault(), QString());
+            twins.tick(40);
+        }
+        for (const qint64 ms : qAsConst(took)) // of which the first is painted plainly
+            QVERIFY2(ms < 4 * took[0] + 200,
+                     qPrintable(QStringLiteral("%1 ms after %2").arg(ms).arg(took[0])));
     }
 
     // In formats that no decoder makes, and with what only a program says of an image.
