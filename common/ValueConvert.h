@@ -24,14 +24,14 @@
 /// qCritical() and becomes an empty value in its place.
 
 /// A dynamic value as Qt's, maps and lists as deep as the stack allows (ten thousand in each other
-/// and more). Nothing (code 0) becomes an invalid value
-/// silently, kinds without a counterpart (6, 10 and above) with a message.
+/// and more). Nothing (code 0) becomes an invalid value silently, kinds without a counterpart (6,
+/// 10 and above) with a message.
 DOCDISPLAY_EXPORT QVariant KxVariantToQVariant(const KxBase::KxVariant &value);
 DOCDISPLAY_EXPORT QMap<QString, QVariant> KxVariantToQVariant(const KxBase::KxVariantMap &map);
 DOCDISPLAY_EXPORT QList<QVariant> KxVariantToQVariant(const std::list<KxBase::KxVariant> &list);
 
-/// Qt's value as a dynamic one, maps and lists likewise. Unsigned numbers become signed ones
-/// and may wrap. A QStringList becomes its one string, or an empty one when it has not exactly one.
+/// Qt's value as a dynamic one, maps and lists likewise. Unsigned numbers become signed ones and
+/// may wrap. A QStringList becomes its one string, or an empty one when it has not exactly one.
 /// An invalid value becomes nothing (code 0) silently, types without a counterpart with a message.
 DOCDISPLAY_EXPORT KxBase::KxVariant QVariantToKxVariant(const QVariant &value);
 DOCDISPLAY_EXPORT KxBase::KxVariantMap QVariantToKxVariant(const QMap<QString, QVariant> &map);
