@@ -90,6 +90,7 @@ class TestChildRun : public QObject
 private Q_SLOTS:
     void endings_data();
     void endings();
+    void endsAreToldWhereTheyWereIgnored();
     void longAnswer();
     void leavesTheProcessAsItWas();
     void workCannotExceedItsProcessorTime_data();
@@ -142,6 +143,14 @@ void TestChildRun::endings()
     QTEST(result.ending, "ending");
     QCOMPARE(result.answer, answer);
     QCOMPARE(result.fault, fault);
+}
+
+// As its starter may have left it.
+void TestChildRun::endsAreToldWhereTheyWereIgnored()
+{
+    std::signal(SIGCHLD, SIG_IGN);
+    const ChildResult result = runInChild([]() -> QByteArray { ::_exit(3); }, {64 * kMegabyte});
+    QCOMPARE(result.fault, QStringLiteral("exit status 3"));
 }
 
 void TestChildRun::longAnswer()

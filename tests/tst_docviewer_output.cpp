@@ -275,6 +275,8 @@ void tst_DocViewerOutput::neverOverAPage_data()
     QTest::newRow("picture, page") << false << "page_2" << page;
     QTest::newRow("picture, beside") << false << "new.png" << beside;
     QTest::newRow("PDF, page") << true << "page_2" << page;
+    QTest::newRow("PDF, by a link to what is not there") << true << "../link.pdf" << beside;
+    QTest::newRow("picture, by such a link") << false << "../link.pdf" << beside;
     QTest::newRow("PDF, beside") << true << "new.pdf" << beside;
 }
 
@@ -285,6 +287,7 @@ void tst_DocViewerOutput::neverOverAPage()
     QFETCH(QString, reason);
     const QString folder = ViewerPages::pictures(*m_dir);
     const QByteArray page = contentOf(folder + text("/page_2"));
+    QVERIFY(QFile::link(folder + text("/page_9"), folder + text("/../link.pdf")));
     const QString target = folder + QLatin1Char('/') + name;
     MainWindow window(MainWindow::Memory::None);
     window.open(folder);
@@ -414,9 +417,11 @@ void tst_DocViewerOutput::pdfCancelled()
 
 void tst_DocViewerOutput::windowClosedWhilePdfIsWritten()
 {
-    const QString folder = ViewerPages::pictures(*m_dir);
+    QList<QByteArray> pages; // far more than are painted meanwhile
+    for (int i = 0; i < 1000; ++i)
+        pages << ViewerPages::picturePage(Qt::red, {400, 300});
     auto window = std::make_unique<MainWindow>(MainWindow::Memory::None);
-    window->open(folder);
+    window->open(ViewerPages::document(*m_dir, text("long"), pages));
     window->savePdf(path("out.pdf"));
     QCoreApplication::processEvents(); // a sheet or two
     window.reset();
@@ -485,6 +490,7 @@ void tst_DocViewerOutput::longestSheet_data()
     QTest::addColumn<QString>("sheet");
     QTest::newRow("the longest") << QSize(19200, 400) << text("14400x300");
     QTest::newRow("wider") << QSize(38400, 400) << text("14400x150");
+    QTest::newRow("a line") << QSize(100000, 1) << text("14400x1");
     QTest::newRow("higher") << QSize(400, 28800) << text("200x14400");
 }
 

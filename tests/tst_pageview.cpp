@@ -20,6 +20,7 @@ private Q_SLOTS:
     void smoothWhenReduced();
     void veryLargePictures();
     void enlargedOnlyWhereItIsSeen();
+    void longestPage();
     void paperBehindTransparency();
     void messageInPlaceOfThePicture();
     void palettes();
@@ -206,6 +207,20 @@ void tst_PageView::enlargedOnlyWhereItIsSeen()
     QVERIFY2(timer.elapsed() < 500, qPrintable(QString::number(timer.elapsed())));
     QCOMPARE(shot.pixelColor(8, 8), QColor(Qt::blue));
     QCOMPARE(shot.pixelColor(30, 30), QColor(Qt::red));
+}
+
+// As wide as an image may be, enlarged to 2^31 pixels.
+void tst_PageView::longestPage()
+{
+    View page({400, 300});
+    page.setImage(QImage(1 << 28, 1, QImage::Format_Mono));
+    page.setZoom(8);
+    QScrollBar *bar = page.horizontalScrollBar();
+    QCOMPARE(bar->maximum() + bar->pageStep(), 1 << 30);
+    page.setZoom(4);
+    QCOMPARE(bar->maximum() + bar->pageStep(), 1 << 30);
+    page.setZoom(3);
+    QCOMPARE(bar->maximum() + bar->pageStep(), 3 << 28);
 }
 
 void tst_PageView::paperBehindTransparency()

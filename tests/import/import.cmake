@@ -16,6 +16,7 @@ docdisplay_test(tst_importparts FOLDER import LABELS docimport LIBRARIES docimpo
 target_include_directories(tst_importparts PRIVATE "${CMAKE_CURRENT_SOURCE_DIR}")
 foreach(test IN ITEMS tst_layerpicture tst_slidecomposer)
   docdisplay_test(${test} FOLDER import LABELS docimport LIBRARIES docimport_parts)
+  target_include_directories(${test} PRIVATE "${CMAKE_CURRENT_SOURCE_DIR}")
 endforeach()
 docdisplay_test(tst_docimport FOLDER import LABELS docimport LIBRARIES docimport_test)
 docdisplay_test(tst_docimport_engine FOLDER import LABELS docimport LIBRARIES docimport_test)

@@ -354,6 +354,12 @@ private Q_SLOTS:
         verifyFails(words("a.pdf -o new --report old.json"),
                     "docimport: old.json: already exists; use --force to replace it\n");
         verifyDoes(words("a.pdf -o new/ --report new/r.json"), "1 page result file in new/\n");
+        // What has failed is told there as well.
+        const Outcome failed =
+            place->run(words("missing.pdf -o not_made --report not_made/r.json"));
+        QVERIFY2(failed.err.startsWith("docimport: missing.pdf: "), failed.err.constData());
+        QCOMPARE(failed.err.count('\n'), 1);
+        QCOMPARE(reported("not_made/r.json").size(), 1);
         QVERIFY(QFile::exists(place->path(text("new/r.json"))));
     }
 

@@ -1,3 +1,4 @@
+#include "RefusedBlocks.h"
 #include "tools/docimport/LayerPicture.h"
 #include "tools/docimport/PictureDifference.h"
 
@@ -103,6 +104,13 @@ private Q_SLOTS:
         QCOMPARE(layer.image.size(), QSize(3, 2));
         QCOMPARE(layer.image.format(), QImage::Format_ARGB32);
         QCOMPARE(pixelsOf(layer.image), QVector<QRgb>({0, 0, 0xff0000ff, 0xff00ff00, 0, 0}));
+    }
+
+    void memoryLacks()
+    {
+        const QImage white = page(0xff0000ff, {200, 200});
+        const RefusedBlocks::From refused(0, 65'536);
+        QCOMPARE(layerOf(white, white).image.isNull(), !kSanitized);
     }
 
     void opaquePartHasNoAlpha()

@@ -179,6 +179,9 @@ private Q_SLOTS:
         row("longer than a day: a day", "smil:repeatCount=\"1e300\"",
             "<anim:animate smil:dur=\"1e300s\" smil:repeatCount=\"1e300\"/>",
             "entrance 1 86400 +0@0 click0");
+        row("infinitely often there and back, which takes no time",
+            "smil:repeatCount=\"1.7e308\" smil:autoReverse=\"true\"",
+            "<anim:animate smil:dur=\"0s\"/>", "entrance 1 0 +0@0 click0");
         row("a count that is no number", "smil:repeatCount=\"nan\"",
             "<anim:animate smil:dur=\"1s\"/>", "entrance 1 1 +0@0 click0");
     }

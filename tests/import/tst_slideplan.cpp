@@ -260,6 +260,31 @@ private Q_SLOTS:
         QCOMPARE(layersOf(planOf(node)), layers);
     }
 
+    // The work grows with the effects times what each bears on.
+    void tooMuch_data()
+    {
+        QTest::addColumn<int>("shapes");
+        QTest::addColumn<bool>("isTooMuch");
+        QTest::newRow("a million less") << 998 << false;
+        QTest::newRow("more than a million") << 1001 << true;
+    }
+    void tooMuch()
+    {
+        QFETCH(int, shapes);
+        QFETCH(bool, isTooMuch);
+        const XmlNode node = readXml(
+            page(group("g", many(shapes, [](const QByteArray &i) { return shape("s" + i); })),
+                 in("s0") + many(1000, [](const QByteArray &) { return in("g"); })));
+        const SlidePlan plan = planOf(node);
+        QCOMPARE(plan.report.size(), 1001);
+        QCOMPARE(plan.report.last().result,
+                 isTooMuch ? QStringLiteral("dropped") : QStringLiteral("merged"));
+        QCOMPARE(plan.report.last().reason,
+                 isTooMuch ? QStringLiteral("the effects of the slide move too many shapes")
+                           : QStringLiteral("is there already"));
+        QCOMPARE(plan.layers.size(), size_t(0));
+    }
+
     void reports_data()
     {
         QTest::addColumn<QByteArray>("shapes");

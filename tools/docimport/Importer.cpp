@@ -94,7 +94,10 @@ private:
     {
         if (m_options.report.isEmpty())
             return;
-        const QString fault = saveFile(m_options.report, m_rules, {reportJson(m_reports)});
+        // The one folder that need not be there, nor come to be when inputs fail.
+        QString fault = createFolder(QFileInfo(m_options.report).absolutePath());
+        if (fault.isEmpty())
+            fault = saveFile(m_options.report, m_rules, {reportJson(m_reports)});
         if (!fault.isEmpty())
             m_status = reportFault(m_options.report, fault);
     }

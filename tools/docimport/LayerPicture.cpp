@@ -60,6 +60,8 @@ LayerPicture layerOf(const QImage &onWhite, const QImage &onYellow)
     LayerPicture layer;
     layer.at = part.isEmpty() ? QPoint() : part.topLeft();
     layer.image = QImage(part.isEmpty() ? QSize(1, 1) : part.size(), QImage::Format_ARGB32);
+    if (layer.image.isNull()) // memory lacks
+        return layer;
     layer.image.fill(Qt::transparent);
     bool isOpaque = !part.isEmpty();
     for (int y = 0; y < part.height(); ++y) {

@@ -15,6 +15,11 @@ namespace {
 
 constexpr double kMostDifference = 0.015;
 
+QString memoryLacks()
+{
+    return QStringLiteral("out of memory");
+}
+
 /// A slide in the making: its model, and how it looks with all of its shapes in place.
 class Composition
 {
@@ -33,12 +38,14 @@ public:
         m_model.data.head.width = static_cast<float>(image.width());
         m_model.data.head.height = static_cast<float>(image.height());
         m_shown = QImage::fromData(picture.bytes).convertToFormat(QImage::Format_RGB32);
-        return picture.fault;
+        return picture.fault.isEmpty() && m_shown.isNull() ? memoryLacks() : picture.fault;
     }
 
     QString addLayer(const QImage &onWhite, const QImage &onYellow)
     {
         const LayerPicture layer = layerOf(onWhite, onYellow);
+        if (layer.image.isNull())
+            return memoryLacks();
         auto *shape = new PPT_Shape;
         m_page->shapes.push_back(shape);
         shape->shapeId = static_cast<quint16>(m_page->shapes.size());

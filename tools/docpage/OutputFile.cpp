@@ -23,6 +23,16 @@ bool isTaken(const QFileInfo &file)
     return file.exists() || file.isSymLink(); // a link that leads nowhere takes the name, too
 }
 
+// Of a file with one link only: whatever other path leads there, by a mount or in another case, is
+// that link. Null for others, of which each link may be replaced.
+QPair<quint64, quint64> identityOf(const QString &path)
+{
+    struct stat file = {};
+    if (::stat(QFile::encodeName(path).constData(), &file) != 0 || file.st_nlink != 1)
+        return {};
+    return {file.st_dev, file.st_ino};
+}
+
 QString alreadyExists()
 {
     return QStringLiteral("already exists; use --force to replace it");
@@ -90,8 +100,12 @@ OutputRules::OutputRules(bool force, const QStringList &inputs)
     m_inputs.reserve(inputs.size());
     for (const QString &input : inputs) {
         const QString path = QFileInfo(input).canonicalFilePath();
-        if (!path.isEmpty()) // a missing input is no file to be kept
-            m_inputs.insert(path);
+        if (path.isEmpty()) // a missing input is no file to be kept
+            continue;
+        m_inputs.insert(path);
+        const QPair<quint64, quint64> identity = identityOf(path);
+        if (identity != QPair<quint64, quint64>())
+            m_files.insert(identity);
     }
 }
 
@@ -102,7 +116,8 @@ QString OutputRules::refusal(const QString &path) const
         return QStringLiteral("is a directory");
     if (!isTaken(target))
         return {};
-    if (target.exists() && m_inputs.contains(target.canonicalFilePath()))
+    if (target.exists() && (m_inputs.contains(target.canonicalFilePath()) ||
+                            m_files.contains(identityOf(target.filePath()))))
         return QStringLiteral("would replace an input");
     if (!m_force)
         return alreadyExists();

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QByteArray>
+#include <QPair>
 #include <QSet>
 #include <QString>
 
@@ -21,6 +22,8 @@ public:
 private:
     bool m_force;
     QSet<QString> m_inputs; // canonical paths
+    QSet<QPair<quint64, quint64>>
+        m_files; // the same by device and inode: paths may have other names
 };
 
 /// Creates a folder, and those above it, unless it is there.

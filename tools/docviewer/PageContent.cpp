@@ -9,6 +9,7 @@
 #include <QFileInfo>
 
 #include <cerrno>
+#include <new>
 
 namespace {
 
@@ -42,6 +43,17 @@ QString strayFault(const QByteArray &payload)
 } // namespace
 
 PageContent PageContent::read(const ViewerDocument &document, unsigned int page)
+{
+    try {
+        return whatIsIn(document, page);
+    } catch (const std::bad_alloc &) {
+        PageContent content;
+        content.fault = QCoreApplication::translate("PageContent", "out of memory");
+        return content;
+    }
+}
+
+PageContent PageContent::whatIsIn(const ViewerDocument &document, unsigned int page)
 {
     const QString &file = document.files.at(static_cast<int>(page));
     PageContent content;

@@ -25,4 +25,7 @@ struct PageContent
     quint32 duration(quint32 step) const;
     /// Whether the first step is played without a click.
     bool startsByItself() const { return !steps.isEmpty() && steps.constFirst().startsByItself; }
+
+private:
+    static PageContent whatIsIn(const ViewerDocument &document, unsigned int page);
 };

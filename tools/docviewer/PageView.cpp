@@ -159,8 +159,9 @@ void PageView::updateScrollBars()
     setHorizontalScrollBarPolicy(policy);
     setVerticalScrollBarPolicy(policy);
     const QSizeF size = QSizeF(m_image.size()) * (scale() / devicePixelRatioF());
+    static constexpr double kLongest = 1 << 30; // of which the scroll bars can make sums
     const auto adjust = [](QScrollBar *bar, double length, int room) {
-        bar->setRange(0, std::max(0, int(std::ceil(length)) - room));
+        bar->setRange(0, std::max(0, int(std::ceil(std::min(length, kLongest))) - room));
         bar->setPageStep(room);
         bar->setSingleStep(std::max(1, room / 20));
     };

@@ -17,6 +17,7 @@ QPageSize sheetSize(const QSize &picture)
     const double longest = std::max(size.width(), size.height());
     if (longest > kLongestInPoints)
         size *= kLongestInPoints / longest;
+    size = size.expandedTo({1, 1}); // there is no sheet without a side
     return QPageSize(size, QPageSize::Point, QString(), QPageSize::ExactMatch);
 }
 

@@ -71,7 +71,8 @@ QString ViewerDocument::savingFault(const QString &path) const
     if (isPage)
         return documentText("is a page of the document");
     const QFileInfo document(name);
-    if (document.isDir() && target.dir().canonicalPath() == document.canonicalFilePath())
+    const QFileInfo made(target.isSymLink() ? target.symLinkTarget() : target.filePath());
+    if (document.isDir() && made.dir().canonicalPath() == document.canonicalFilePath())
         return documentText("is in the document's folder, whose files are its pages");
     return {};
 }

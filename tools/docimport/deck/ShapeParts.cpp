@@ -10,7 +10,7 @@ ShapeParts::ShapeParts(const SlideShapes &shapes, const std::vector<SlideEffect>
     m_candidates.resize(effects.size());
     for (size_t i = 0; i < effects.size(); ++i) {
         m_isExit.push_back(effects[i].isExit());
-        if (effects[i].isPlayed())
+        if (effects[i].isPlayed() && !isTooMuch())
             addEvents(i, effects[i]);
     }
     for (State &state : m_states)
@@ -82,8 +82,13 @@ void ShapeParts::addParts(size_t shape, const std::vector<bool> &isSplit, bool i
 void ShapeParts::addEvents(size_t effect, const SlideEffect &of)
 {
     std::vector<Candidate> &candidates = m_candidates[effect];
-    for (const EffectTarget &target : of.targets)
+    for (const EffectTarget &target : of.targets) {
+        const size_t before = candidates.size();
         addCandidates(target, candidates);
+        m_bearings += candidates.size() - before;
+        if (isTooMuch())
+            return;
+    }
     for (const Candidate &candidate : candidates) {
         State &state = m_states[candidate.part];
         (candidate.isOwn ? state.own : state.ofShape).push_back({effect, of.isExit()});

@@ -20,6 +20,9 @@ public:
     /// Lowest first.
     const std::vector<LayerPiece> &all() const { return m_parts; }
 
+    /// Whether the effects bear on more parts than can be gone through. They then move none.
+    bool isTooMuch() const { return m_bearings > kMostBearings; }
+
     /// Whether the effect would move any part.
     bool isMoving(size_t effect) const;
 
@@ -28,6 +31,8 @@ public:
     std::vector<size_t> play(size_t effect);
 
 private:
+    static constexpr size_t kMostBearings = 1'000'000; // of one effect on one part each
+
     // An effect that may bear on a part.
     struct Event
     {
@@ -59,4 +64,5 @@ private:
     std::vector<State> m_states;                      // of each part
     std::vector<std::vector<Candidate>> m_candidates; // of each effect
     std::vector<bool> m_isExit;                       // each effect
+    size_t m_bearings = 0;
 };

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 
 namespace {
 
@@ -60,7 +61,9 @@ private:
         const double times = count.toDouble();
         m_isEndless = m_isEndless || count == QLatin1String("indefinite");
         const bool isThereAndBack = node.attribute("smil:autoReverse") == QLatin1String("true");
-        return (std::isfinite(times) && times > 0 ? times : 1) * (isThereAndBack ? 2 : 1);
+        const double all =
+            (std::isfinite(times) && times > 0 ? times : 1) * (isThereAndBack ? 2 : 1);
+        return std::min(all, std::numeric_limits<double>::max()); // infinitely often nothing is NaN
     }
 
     bool m_isEndless = false;

@@ -86,6 +86,8 @@ void Planner::planEffect(size_t number)
     report.result = QStringLiteral("dropped");
     if (!effect.isPlayed()) {
         report.reason = QStringLiteral("only entrances and exits are played");
+    } else if (m_parts.isTooMuch()) {
+        report.reason = QStringLiteral("the effects of the slide move too many shapes");
     } else if (!m_parts.isMoving(number)) {
         report.reason = effect.targets.empty()
                             ? QStringLiteral("moves nothing")

@@ -56,7 +56,7 @@ int Counter::numberOf(const XmlNode &item, const XmlNode *list, int level)
     if (item.hasAttribute("text:start-value"))
         next.number = item.attribute("text:start-value").toInt();
     else if (count.look == next.look && count.first == next.first)
-        next.number = count.number + 1;
+        next.number = static_cast<int>(static_cast<unsigned int>(count.number) + 1); // may wrap
     count = next;
     return count.number;
 }

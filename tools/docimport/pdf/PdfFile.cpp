@@ -73,5 +73,7 @@ QImage PdfFile::render(int page, const QSize &pixels, const QColor &paper,
                                         pixels.width(), pixels.height(), Poppler::Page::Rotate0,
                                         nullptr, nullptr, isStoppedOf,
                                         QVariant::fromValue(static_cast<void *>(&asked)));
-    return isStopped() ? QImage() : std::move(image).convertToFormat(QImage::Format_RGB32);
+    if (isStopped() || image.size() != pixels) // one pixel is all that is drawn when memory lacks
+        return {};
+    return std::move(image).convertToFormat(QImage::Format_RGB32);
 }

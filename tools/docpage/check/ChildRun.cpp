@@ -206,6 +206,7 @@ ChildResult runInChild(const std::function<QByteArray()> &work, const ChildLimit
     std::array<int, 2> ends = {};
     if (::pipe2(ends.data(), O_CLOEXEC) != 0)
         return {ChildResult::Ending::NotStarted, {}, qt_error_string(errno)};
+    std::signal(SIGCHLD, SIG_DFL); // ignored, as a starter may have left it, no end is told
     const pid_t child = ::fork();
     if (child == 0)
         workAsChild(work, limits, ends[1]);
