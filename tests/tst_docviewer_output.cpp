@@ -418,7 +418,7 @@ void tst_DocViewerOutput::pdfCancelled()
 void tst_DocViewerOutput::windowClosedWhilePdfIsWritten()
 {
     QList<QByteArray> pages; // far more than are painted meanwhile
-    for (int i = 0; i < 1000; ++i)
+    for (int i = 0; i < 300; ++i)
         pages << ViewerPages::picturePage(Qt::red, {400, 300});
     auto window = std::make_unique<MainWindow>(MainWindow::Memory::None);
     window->open(ViewerPages::document(*m_dir, text("long"), pages));
