@@ -99,6 +99,13 @@ QStringList staleSockets()
     return stale;
 }
 
+QStringList addedTo(const QStringList &before, QStringList now)
+{
+    for (const QString &name : before)
+        now.removeAll(name);
+    return now;
+}
+
 } // namespace
 
 /// docimport with the engine itself.
@@ -124,7 +131,7 @@ private Q_SLOTS:
             QCOMPARE(page.pixel(960, 360), 0xffffffff);
         }
         QCOMPARE(processes(), QStringList());
-        QCOMPARE(staleSockets(), sockets);
+        QTRY_COMPARE(addedTo(sockets, staleSockets()), QStringList()); // others' go in a moment
     }
 
     // What it is told is not read as anything else, and the first start is not in vain.
@@ -154,7 +161,7 @@ private Q_SLOTS:
         QCOMPARE(work.size(), 1);
         QVERIFY(place->read(folder + text("/%1/reference/engine.log").arg(work.constFirst()))
                     .startsWith("convert "));
-        QCOMPARE(staleSockets(), sockets);
+        QTRY_COMPARE(addedTo(sockets, staleSockets()), QStringList());
     }
 
     // Whatever it makes of such a path.
@@ -263,7 +270,7 @@ private Q_SLOTS:
         QCOMPARE(process.exitCode(), SIGINT);
         QCOMPARE(place->entries(), before);
         QTRY_COMPARE(processes(), QStringList());
-        QCOMPARE(staleSockets(), sockets);
+        QTRY_COMPARE(addedTo(sockets, staleSockets()), QStringList());
     }
 };
 
