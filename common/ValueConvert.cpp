@@ -107,7 +107,7 @@ KxVariant QVariantToKxVariant(const QVariant &value)
         return value.toInt();
     case QVariant::LongLong:
     case QVariant::ULongLong:
-        return static_cast<long>(value.toLongLong()); // which the base library has
+        return static_cast<long>(value.toLongLong()); // the base library's 64 bits
     case QVariant::Double:
         return value.toDouble();
     case QVariant::String:

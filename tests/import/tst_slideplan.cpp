@@ -265,7 +265,7 @@ private Q_SLOTS:
     {
         QTest::addColumn<int>("shapes");
         QTest::addColumn<bool>("isTooMuch");
-        QTest::newRow("a million less") << 998 << false;
+        QTest::newRow("less than a million") << 998 << false;
         QTest::newRow("more than a million") << 1001 << true;
     }
     void tooMuch()

@@ -22,8 +22,8 @@ public:
 private:
     bool m_force;
     QSet<QString> m_inputs; // canonical paths
-    QSet<QPair<quint64, quint64>>
-        m_files; // the same by device and inode: paths may have other names
+    // The same by device and inode: a file may have other paths.
+    QSet<QPair<quint64, quint64>> m_files;
 };
 
 /// Creates a folder, and those above it, unless it is there.
